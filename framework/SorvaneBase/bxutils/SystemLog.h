@@ -1,0 +1,39 @@
+// The host's system log.
+#pragma once
+
+#include "SorvaneBase/Api.h"
+#include "SorvaneBase/StringTypes.h"
+
+#include <cstdint>
+
+namespace bxutils {
+
+/// Takes one record after the other and writes each as a line. Thread: any.
+class LogFormaterInterface {
+public:
+    virtual ~LogFormaterInterface() = default; // slot 0
+
+    /// Slot 1. Whether records of the level are kept at all.
+    virtual bool isEnabled(std::int32_t level) const = 0;
+
+    /// Slot 2. Puts everything logged so far onto the disk.
+    virtual void flush() = 0;
+
+    /// Slot 3. Writes one record.
+    /// @param level       0 for a failure, 2 for a progress line
+    /// @param message     NUL-terminated UTF-8; line breaks become spaces, one record is one line
+    /// @param sourceFile  the source that logs, without extension, "/" between folders
+    /// @param line        the line in that source
+    /// Never fails towards the caller: a log that cannot be written must not stop an export.
+    virtual void log(std::int32_t level, const char* message, const char* sourceFile, std::int32_t line) = 0;
+};
+
+/// The process's log; never null. The caller does not own it. Until the host has given it a file it drops
+/// every record.
+SORVANEBASE_API LogFormaterInterface* getSystemLogFormater();
+
+/// Sends the log to a file, appending to what it holds; missing parent directories are made. An empty path
+/// ends logging. False when the file cannot be opened, and records are dropped then.
+SORVANEBASE_API bool setSystemLogFile(const Sorvane::pstring& path);
+
+} // namespace bxutils
