@@ -1,0 +1,36 @@
+// A fresh, empty folder for one test.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace test {
+
+/// Made empty under the user's temporary directory, removed with all its content at the end.
+class TempFolder {
+public:
+    TempFolder();
+    ~TempFolder();
+    TempFolder(const TempFolder&) = delete;
+    TempFolder& operator=(const TempFolder&) = delete;
+
+    const std::wstring& path() const { return folder; }
+    std::string utf8() const;
+
+    /// The full path of a file or folder inside.
+    std::wstring operator/(const std::wstring& name) const { return folder + L"\\" + name; }
+
+    /// Writes a file inside, replacing one of that name, and returns its full path.
+    std::wstring write(const std::wstring& name, const std::string& bytes) const;
+
+    /// The names of all files and folders directly inside, sorted.
+    std::vector<std::wstring> list() const;
+
+private:
+    std::wstring folder;
+};
+
+/// The bytes of a file; a file that cannot be read fails the test and reads as empty.
+std::string readFile(const std::wstring& path);
+
+} // namespace test
