@@ -24,9 +24,12 @@ SORVANEBASE_API bool c_u8u16(std::wstring& out, const u8string& utf8);
 
 /// UTF-8 to the system's ANSI code page, for interfaces that take nothing else. A character that the code
 /// page lacks becomes "_"; no look-alike is substituted, because two names must not become equal unnoticed.
-/// The result is false when a character was replaced.
+/// The result is false when a character was replaced, by "_" or, in malformed input, by U+FFFD.
 SORVANEBASE_API bool c_u8acp(std::string& out, const char* utf8);
 SORVANEBASE_API bool c_u8acp(std::string& out, const std::string& utf8);
+
+/// The same for a code page of the caller's choice, by its Windows number.
+SORVANEBASE_API bool c_u8cp(std::string& out, const std::string& utf8, unsigned codePage);
 
 /// A decimal integer with an optional sign and surrounding blanks. `ok` tells whether the whole text was one
 /// and fits; otherwise the result is 0.

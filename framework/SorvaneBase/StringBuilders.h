@@ -6,6 +6,8 @@
 
 namespace Sorvane {
 
+// Appending a null pointer appends nothing. Thread: the one that owns the builder.
+
 /// Builds UTF-8 text.
 class SORVANEBASE_API U8StringBuilder {
 public:
@@ -15,7 +17,7 @@ public:
     U8StringBuilder& append(int number);
 
     /// Appends wide text. The name is older than the behaviour: nothing is lost to a code page, the text is
-    /// converted to UTF-8 and c_u8u16 gives the same wide text back. Null appends nothing.
+    /// converted to UTF-8 and c_u8u16 gives the same wide text back.
     U8StringBuilder& appendInAcp(const wchar_t* utf16);
 
     /// The text so far; valid until the next append or the end of the builder.
