@@ -7,6 +7,7 @@
 #include <windows.h>
 
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 class SorvaneException;
@@ -41,7 +42,7 @@ public:
     const Bitmap* getBitmap() const noexcept;
 
 private:
-    Bitmap* bitmap = nullptr;
+    std::unique_ptr<Bitmap> bitmap;
 };
 
 /// Decodes an image that is stored in a module's resources.
