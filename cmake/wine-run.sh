@@ -1,32 +1,68 @@
 #!/bin/sh
-# Runs a Windows program under Wine in a prefix of the build folder's own, never the user's.
-#   wine-run.sh BUILD_DIR PROGRAM [ARGUMENTS]
-# Makes the prefix on the first use. Windows are drawn nowhere unless WINE_GRAPHICS=x11, which wants a DISPLAY
-# and has a prefix of its own.
+# Runs a Windows program under Wine in a prefix of the project's own, never the user's.
+#   wine-run.sh FOLDER PROGRAM [ARGUMENTS]
+# Makes the prefix FOLDER/wine-GRAPHICS on the first use and starts the Wine session when none is alive. The
+# session ends by itself a minute after the last program. WINE_GRAPHICS chooses where windows appear:
+#   null   nowhere (default): no display is needed
+#   x11    on the display of $DISPLAY, undecorated and unmanaged, for pictures
+#   auto   on the display of $DISPLAY as the person's own windows, or nowhere without one
 set -eu
-build_dir=$1
+folder=$1
 shift
 
 graphics=${WINE_GRAPHICS:-null}
-WINEPREFIX=${WINEPREFIX:-$build_dir/wine-$graphics}
-# Without the overrides the first start asks to install other software, and a crash waits in a dialog.
-WINEDLLOVERRIDES=${WINEDLLOVERRIDES:-mscoree=d;mshtml=d;winedbg.exe=d}
-WINEDEBUG=${WINEDEBUG:--all}
-WINEARCH=win64
-export WINEPREFIX WINEDLLOVERRIDES WINEDEBUG WINEARCH
+case $graphics in
+null) drivers=null managed=N ;;
+# Without a window manager each managed window costs two seconds.
+x11) drivers=x11 managed=N ;;
+auto) drivers=x11,null managed=Y ;;
+*)
+    echo "wine-run.sh: WINE_GRAPHICS must be null, x11 or auto, not '$graphics'." >&2
+    exit 1
+    ;;
+esac
 
-if [ ! -e "$WINEPREFIX.ready" ]; then
-    (
-        flock 9
-        if [ ! -e "$WINEPREFIX.ready" ]; then
-            wineboot -i >"$WINEPREFIX.log" 2>&1
-            wine reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d "$graphics" /f >>"$WINEPREFIX.log" 2>&1
-            # Without a window manager each managed window costs two seconds.
-            wine reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d N /f >>"$WINEPREFIX.log" 2>&1
-            wineserver -w
-            : >"$WINEPREFIX.ready"
-        fi
-    ) 9>"$WINEPREFIX.lock"
+export WINEPREFIX="$folder/wine-$graphics"
+export WINEARCH=win64
+export WINEDEBUG="${WINEDEBUG:--all}"
+# Without the overrides the first start asks to install other software, and a crash waits in a dialog.
+export WINEDLLOVERRIDES="${WINEDLLOVERRIDES:-mscoree=d;mshtml=d;winedbg.exe=d;winemenubuilder.exe=d}"
+# Arguments and file names are UTF-8 to Wine only in a UTF-8 locale.
+export LC_ALL=C.UTF-8
+
+# Wine's service processes live as long as the session. They must not inherit the caller's pipes, or ctest and
+# every "| cat" would wait for them, nor the lock.
+apart() {
+    "$@" </dev/null >>"$WINEPREFIX.log" 2>&1 9>&-
+}
+
+make_prefix() {
+    apart wineboot -i &&
+        apart wine reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d "$drivers" /f &&
+        apart wine reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d "$managed" /f &&
+        : >"$WINEPREFIX.ready"
+}
+
+if [ ! -e "$WINEPREFIX.ready" ] || ! wineserver -k0 2>/dev/null; then
+    mkdir -p "$folder"
+    exec 9>"$WINEPREFIX.lock"
+    flock 9
+    if [ ! -e "$WINEPREFIX.ready" ]; then
+        : >"$WINEPREFIX.log"
+        wineserver -k 2>/dev/null || :
+        rm -rf "$WINEPREFIX"
+        mkdir "$WINEPREFIX"
+        apart wineserver -p60
+        make_prefix || {
+            echo "wine-run.sh: the Wine prefix could not be made:" >&2
+            cat "$WINEPREFIX.log" >&2
+            exit 1
+        }
+    elif ! wineserver -k0 2>/dev/null; then
+        apart wineserver -p60
+        apart wine cmd.exe /c exit
+    fi
+    exec 9>&-
 fi
 
 exec wine "$@"
