@@ -36,10 +36,19 @@ apart() {
     "$@" </dev/null >>"$WINEPREFIX.log" 2>&1 9>&-
 }
 
+start_session() {
+    apart wineserver -p60
+    apart wine cmd.exe /c exit
+}
+
+# The session that makes the prefix has already looked for a driver, so it ends before the first program.
 make_prefix() {
     apart wineboot -i &&
         apart wine reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d "$drivers" /f &&
         apart wine reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d "$managed" /f &&
+        apart wineserver -k &&
+        apart wineserver -w &&
+        start_session &&
         : >"$WINEPREFIX.ready"
 }
 
@@ -59,8 +68,7 @@ if [ ! -e "$WINEPREFIX.ready" ] || ! wineserver -k0 2>/dev/null; then
             exit 1
         }
     elif ! wineserver -k0 2>/dev/null; then
-        apart wineserver -p60
-        apart wine cmd.exe /c exit
+        start_session
     fi
     exec 9>&-
 fi
