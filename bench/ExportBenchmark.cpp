@@ -1,0 +1,400 @@
+// Measures the directory export against a bare loop of CopyFileW, its memory, and how fast the dialog and the
+// component come up.
+#include "host/ComponentModule.h"
+#include "host/DialogPilot.h"
+#include "host/EnginesManager.h"
+#include "host/FilePage.h"
+#include "host/HostApplication.h"
+#include "host/HostError.h"
+#include "host/Text.h"
+#include "host/UniqueHandle.h"
+
+#include "SorvaneBase/SorvaneException.h"
+#include "SorvaneBase/bxutils/ResourceManager.h"
+#include "SorvaneCommon/ExportEngine.h"
+#include "SorvaneCommon/ExportEngineFactory.h"
+#include "bxbase/ReferencedImpl.h"
+
+#include "afxwin.h"
+
+#include <windows.h>
+
+#include <psapi.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cwchar>
+#include <functional>
+#include <iterator>
+#include <map>
+#include <memory>
+#include <optional>
+#include <random>
+#include <string>
+#include <vector>
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+constexpr wchar_t registryBase[] = L"Sorvane\\ExportBenchmark";
+constexpr char directoryFactoryId[] = "com.brellix.sorvane.exportdata-factory.dir.file";
+constexpr int pathEdit = 4006;
+constexpr int prefixEdit = 4008;
+constexpr int firstNumberEdit = 4009;
+constexpr int digitsEdit = 4010;
+
+constexpr DWORD pageBytes = 100 * 1024;
+constexpr std::size_t sourceFiles = 16;
+constexpr int openings = 25;
+
+double secondsSince(Clock::time_point start) {
+    return std::chrono::duration<double>(Clock::now() - start).count();
+}
+
+double median(std::vector<double> values) {
+    std::sort(values.begin(), values.end());
+    const std::size_t middle = values.size() / 2;
+    return values.size() % 2 ? values[middle] : (values[middle - 1] + values[middle]) / 2;
+}
+
+[[noreturn]] void fail(const std::string& what) {
+    throw host::HostError(what + ": " + host::reasonFor(GetLastError()) + ".");
+}
+
+std::wstring programFolder() {
+    wchar_t path[MAX_PATH];
+    GetModuleFileNameW(nullptr, path, MAX_PATH);
+    return std::wstring(path, std::wcsrchr(path, L'\\'));
+}
+
+/// A folder that begins empty and is removed with the files that were put into it.
+class Target {
+public:
+    /// @param indexed  marks the folder for the look-ups that indexed_lookup.c gives Wine
+    Target(const std::wstring& folder, std::size_t pages, bool indexed)
+        : folder(folder), mark(folder + L"\\.ciopfs") {
+        if (!CreateDirectoryW(folder.c_str(), nullptr))
+            fail("A target folder cannot be made");
+        if (indexed)
+            host::UniqueHandle(
+                CreateFileW(mark.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
+        for (std::size_t number = 1; number <= pages; ++number) {
+            wchar_t name[32];
+            std::swprintf(name, std::size(name), L"\\Page%05u.tif", static_cast<unsigned>(number));
+            expected.push_back(folder + name);
+        }
+    }
+    ~Target() {
+        for (const std::wstring& file : expected)
+            DeleteFileW(file.c_str());
+        DeleteFileW(mark.c_str());
+        RemoveDirectoryW(folder.c_str());
+    }
+    Target(const Target&) = delete;
+    Target& operator=(const Target&) = delete;
+
+    const std::wstring& path() const { return folder; }
+    /// The full paths of the files that an export into the folder makes.
+    const std::vector<std::wstring>& files() const { return expected; }
+
+    void verify() const {
+        for (const std::wstring& file : expected) {
+            WIN32_FILE_ATTRIBUTE_DATA data{};
+            if (!GetFileAttributesExW(file.c_str(), GetFileExInfoStandard, &data))
+                fail("An exported page is missing");
+            if (data.nFileSizeLow != pageBytes)
+                throw host::HostError("An exported page has not the size of its source.");
+        }
+    }
+
+private:
+    std::wstring folder;
+    std::wstring mark;
+    std::vector<std::wstring> expected;
+};
+
+/// The few files that all pages share, so that both sides read from the system's cache.
+class Sources {
+public:
+    explicit Sources(const std::wstring& folder) {
+        std::mt19937_64 random(1);
+        std::vector<std::uint64_t> content(pageBytes / sizeof(std::uint64_t));
+        for (std::size_t index = 0; index < sourceFiles; ++index) {
+            std::generate(content.begin(), content.end(), std::ref(random));
+            files.push_back(folder + L"\\source" + std::to_wstring(index) + L".tif");
+            const host::UniqueHandle file(
+                CreateFileW(files.back().c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
+            DWORD written = 0;
+            if (!file || !WriteFile(file.get(), content.data(), pageBytes, &written, nullptr))
+                fail("The pages to export cannot be written");
+        }
+    }
+    ~Sources() {
+        for (const std::wstring& file : files)
+            DeleteFileW(file.c_str());
+    }
+    Sources(const Sources&) = delete;
+    Sources& operator=(const Sources&) = delete;
+
+    const std::wstring& operator[](std::size_t page) const { return files[page % files.size()]; }
+
+private:
+    std::vector<std::wstring> files;
+};
+
+/// A host without windows of its own, as far as the measurements need one.
+class Host {
+public:
+    Host() : application(registryBase), owner(CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 0, 0, nullptr,
+                                                              nullptr, nullptr, nullptr)) {
+        if (!bxutils::getResourceManager()->loadLanguageFile(programFolder() + L"\\lang\\en.ini"))
+            fail("The language file cannot be read");
+    }
+    ~Host() {
+        DestroyWindow(owner);
+        RegDeleteTreeW(HKEY_CURRENT_USER, (std::wstring(L"SOFTWARE\\") + registryBase).c_str());
+    }
+    Host(const Host&) = delete;
+    Host& operator=(const Host&) = delete;
+
+    static std::unique_ptr<host::ComponentModule> loadComponent() {
+        return std::make_unique<host::ComponentModule>(programFolder() + L"\\BasicExport.dll");
+    }
+
+    bxbase::Reference<SorvaneCommon::ExportEngine> createEngine() const {
+        bxbase::Reference<SorvaneCommon::ExportEngine> engine;
+        SorvaneCommon::ExportEngineFactory* factory = manager.findFactory(directoryFactoryId);
+        if (!factory || !factory->createEngine(CWnd::FromHandle(owner), engine))
+            throw host::HostError("The component offers no export to a directory.");
+        return engine;
+    }
+
+private:
+    host::HostApplication application;
+    host::EnginesManager manager;
+    HWND owner;
+};
+
+/// Watches for the dialog's first painting, cancels the dialog then, and knows how long it took to get there.
+class FirstPaint {
+public:
+    FirstPaint() : start(Clock::now()) {
+        current = this;
+        sentHook = SetWindowsHookExW(WH_CALLWNDPROC, onSent, nullptr, GetCurrentThreadId());
+        queuedHook = SetWindowsHookExW(WH_GETMESSAGE, onQueued, nullptr, GetCurrentThreadId());
+    }
+    ~FirstPaint() {
+        UnhookWindowsHookEx(sentHook);
+        UnhookWindowsHookEx(queuedHook);
+        current = nullptr;
+    }
+    FirstPaint(const FirstPaint&) = delete;
+    FirstPaint& operator=(const FirstPaint&) = delete;
+
+    std::optional<double> seconds;
+
+private:
+    static LRESULT CALLBACK onSent(int code, WPARAM wParam, LPARAM lParam) {
+        const auto* message = reinterpret_cast<const CWPSTRUCT*>(lParam);
+        if (message->message == WM_PAINT)
+            current->onPaint(message->hwnd);
+        return CallNextHookEx(nullptr, code, wParam, lParam);
+    }
+
+    static LRESULT CALLBACK onQueued(int code, WPARAM wParam, LPARAM lParam) {
+        const auto* message = reinterpret_cast<const MSG*>(lParam);
+        if (wParam == PM_REMOVE && message->message == WM_PAINT)
+            current->onPaint(message->hwnd);
+        return CallNextHookEx(nullptr, code, wParam, lParam);
+    }
+
+    /// Paints what is left of the dialog at once and counts it in.
+    void onPaint(HWND window) {
+        const HWND dialog = GetAncestor(window, GA_ROOT);
+        if (painting || !GetDlgItem(dialog, pathEdit) || !IsWindowVisible(dialog))
+            return;
+        painting = true;
+        RedrawWindow(dialog, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+        GdiFlush();
+        seconds = secondsSince(start);
+        PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
+    }
+
+    static inline FirstPaint* current = nullptr;
+    Clock::time_point start;
+    HHOOK sentHook;
+    HHOOK queuedHook;
+    bool painting = false;
+};
+
+host::FilePages makePages(const Sources& sources, const std::wstring& folder, std::size_t count) {
+    const auto parent = std::make_shared<host::FileFolder>(folder);
+    host::FilePages pages;
+    for (std::size_t page = 0; page < count; ++page)
+        pages.emplace_back(new bxbase::ReferencedImpl<host::FilePage>(sources[page], parent, nullptr));
+    return pages;
+}
+
+/// Exports the first pages through the component, its dialog filled in and confirmed; gives the seconds from the
+/// end of the dialog to the last written page.
+double exportPages(const Host& host, const host::FilePages& pages, const Target& target) {
+    const auto engine = host.createEngine();
+    for (std::size_t page = 0; page < target.files().size(); ++page)
+        engine->addData(pages[page].get());
+    {
+        host::DialogPilot pilot(std::chrono::seconds(30));
+        pilot.then("settings", host::dialogWith(pathEdit),
+                   host::inOrder({host::enterText(pathEdit, target.path()), host::enterText(prefixEdit, L"Page"),
+                                  host::enterText(firstNumberEdit, L"1"), host::enterText(digitsEdit, L"5"),
+                                  host::click(IDOK)}));
+        if (!engine->showDialog())
+            throw host::HostError("The dialog was not confirmed: " + pilot.failure());
+    }
+    SorvaneException errors;
+    const auto start = Clock::now();
+    const int result = engine->exportData(nullptr, errors);
+    const double seconds = secondsSince(start);
+    if (result != 0)
+        throw host::HostError(std::string("The export failed: ") + errors.what());
+    return seconds;
+}
+
+double copyPages(const Sources& sources, const Target& target) {
+    const std::vector<std::wstring>& files = target.files();
+    const auto start = Clock::now();
+    for (std::size_t page = 0; page < files.size(); ++page)
+        if (!CopyFileW(sources[page].c_str(), files[page].c_str(), FALSE))
+            fail("CopyFileW failed");
+    return secondsSince(start);
+}
+
+struct Options {
+    std::wstring folder;
+    std::vector<std::size_t> counts{1000, 10000, 50000};
+    std::size_t rounds = 3;
+    std::size_t memoryPages = 0;
+};
+
+struct Times {
+    std::vector<double> ours;
+    std::vector<double> peer;
+    std::vector<double> ratios;
+};
+
+/// One export and one loop of copies, each into a fresh folder; `oursFirst` says in which order.
+void measurePair(const Host& host, const Sources& sources, const host::FilePages& pages, const Options& options,
+                 std::size_t count, bool indexed, bool oursFirst, Times& times) {
+    const auto ours = [&] {
+        const Target target(options.folder + L"\\export", count, indexed);
+        times.ours.push_back(exportPages(host, pages, target));
+        target.verify();
+    };
+    const auto peer = [&] {
+        const Target target(options.folder + L"\\copies", count, indexed);
+        times.peer.push_back(copyPages(sources, target));
+    };
+    if (oursFirst)
+        ours();
+    peer();
+    if (!oursFirst)
+        ours();
+    times.ratios.push_back(times.ours.back() / times.peer.back());
+}
+
+void printTimes(std::size_t count, const Times& times) {
+    std::printf("%8zu  %5zu  %9.2f s  %9.2f s  %8.3f  %11.3f ms\n", count, times.ratios.size(),
+                median(times.ours), median(times.peer), median(times.ratios),
+                median(times.ours) * 1000 / static_cast<double>(count));
+}
+
+void measureExport(const Host& host, const Options& options) {
+    const Sources sources(options.folder);
+    const std::size_t largest = *std::max_element(options.counts.begin(), options.counts.end());
+    const std::size_t smallest = *std::min_element(options.counts.begin(), options.counts.end());
+    const host::FilePages pages = makePages(sources, options.folder, largest);
+
+    std::map<std::size_t, Times> indexed;
+    Times scanned;
+    measurePair(host, sources, pages, options, std::min<std::size_t>(smallest, 100), true, true, scanned);
+    scanned = {};
+    for (std::size_t round = 0; round < options.rounds; ++round) {
+        std::fprintf(stderr, "round %zu of %zu\n", round + 1, options.rounds);
+        for (const std::size_t count : options.counts) {
+            // The small sizes pass quickly and vary most.
+            const std::size_t pairs = std::clamp<std::size_t>(20000 / count, 1, 6);
+            for (std::size_t pair = 0; pair < pairs; ++pair) {
+                Times& times = indexed[count];
+                measurePair(host, sources, pages, options, count, true, times.ours.size() % 2 == 0, times);
+            }
+        }
+        for (int pair = 0; pair < 2; ++pair)
+            measurePair(host, sources, pages, options, smallest, false, pair == 0, scanned);
+    }
+
+    std::puts("Directory export of pages of 100 KiB against a loop of CopyFileW with the same names; medians");
+    std::puts("   pages  pairs       export    CopyFileW     ratio  export a page");
+    for (const auto& [count, times] : indexed)
+        printTimes(count, times);
+    const auto costPerPage = [&](std::size_t count) {
+        return median(indexed[count].ours) / static_cast<double>(count);
+    };
+    std::vector<double> costs;
+    for (const std::size_t count : options.counts)
+        costs.push_back(costPerPage(count));
+    const auto [cheapest, dearest] = std::minmax_element(costs.begin(), costs.end());
+    std::printf("cost of a page, dearest size against cheapest: %.3f\n", *dearest / *cheapest);
+    std::puts("the same where Wine reads the whole folder for every name that is not there");
+    printTimes(smallest, scanned);
+}
+
+struct Memory {
+    double privateBytes;
+    double peakWorkingSet;
+};
+
+Memory memoryNow() {
+    PROCESS_MEMORY_COUNTERS_EX counters{};
+    GetProcessMemoryInfo(GetCurrentProcess(), reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&counters),
+                         sizeof counters);
+    return {static_cast<double>(counters.PrivateUsage), static_cast<double>(counters.PeakWorkingSetSize)};
+}
+
+/// Samples the memory in use while an engine works through the pages.
+class MemoryWatcher : public host::PageWatcher {
+public:
+    void pageAsked(const host::FilePage&) override {
+        if (++asked % 64 == 0)
+            peak = std::max(peak, memoryNow().privateBytes);
+    }
+
+    double peak = 0;
+
+private:
+    std::size_t asked = 0;
+};
+
+/// Prints how much memory a page takes at the worst moment of an export: the host's page, the engine's reference
+/// and whatever piles up. Runs in a process of its own, whose memory nothing else has grown before.
+void measureMemory(const Host& host, const Options& options) {
+    const Sources sources(options.folder);
+    {
+        // What is loaded and allocated once is there before the count begins.
+        const Target target(options.folder + L"\\export", 1, true);
+        exportPages(host, makePages(sources, options.folder, 1), target);
+    }
+    const Target target(options.folder + L"\\export", options.memoryPages, true);
+    MemoryWatcher watcher;
+    const Memory before = memoryNow();
+    const auto parent = std::make_shared<host::FileFolder>(options.folder);
+    host::FilePages pages;
+    for (std::size_t page = 0; page < options.memoryPages; ++page)
+        pages.emplace_back(new bxbase::ReferencedImpl<host::FilePage>(sources[page], parent, &watcher));
+    exportPages(host, pages, target);
+    const Memory after = memoryNow();
+    const double perPage = 1.0 / static_cast<double>(options.memoryPages);
+    std::printf("%8zu  %14.0f B  %14.0f B\n", options.memoryPages,
+                (std::max(watcher.peak, after.privateBytes) - before.privateBytes) * perPage,
+                (after.peakWorkingSet - before.peakWorkingSet) * perPage);
+}
