@@ -11,7 +11,6 @@ namespace Sorvane {
 namespace {
 
 constexpr char32_t REPLACEMENT = 0xFFFD;
-constexpr UINT CODE_PAGE_GB18030 = 54936;
 
 bool isHighSurrogate(char32_t unit) {
     return unit >= 0xD800 && unit <= 0xDBFF;
@@ -133,12 +132,12 @@ bool decodeUtf8(std::wstring& out, std::string_view text) {
 
 /// Appends what the code page has for the text. False, with nothing appended, when it lacks a part of it.
 bool appendInCodePage(std::string& out, std::wstring_view text, UINT codePage) {
-    // These two hold all of Unicode, so nothing is replaced in them, and they refuse to be asked about it.
-    const bool complete = codePage == CP_UTF8 || codePage == CODE_PAGE_GB18030;
-    const DWORD flags = complete ? WC_ERR_INVALID_CHARS : WC_NO_BEST_FIT_CHARS;
-    const char* const replacement = complete ? nullptr : "_";
+    // UTF-8 lacks only lone surrogates, and refuses to be asked about replacements.
+    const bool isUtf8 = codePage == CP_UTF8;
+    const DWORD flags = isUtf8 ? WC_ERR_INVALID_CHARS : WC_NO_BEST_FIT_CHARS;
+    const char* const replacement = isUtf8 ? nullptr : "_";
     BOOL replaced = FALSE;
-    BOOL* const replacedOut = complete ? nullptr : &replaced;
+    BOOL* const replacedOut = isUtf8 ? nullptr : &replaced;
 
     const int units = static_cast<int>(text.size());
     const int size =
