@@ -11,7 +11,7 @@ namespace bxdisk {
 /// A path, not an open file: every question goes to the disk when it is asked.
 ///
 /// Paths over 260 characters work without the caller's doing; getPath() gives a form that the Windows file
-/// functions accept, with the "\\?\" prefix only where the length needs it. "/" counts as a separator.
+/// functions accept, behind "\\?\" or "\\?\UNC\" only where the length needs it. "/" counts as a separator.
 ///
 /// Thread: any. Errors: none; a path that cannot be looked at reads as absent.
 class SORVANEBASE_API File {
@@ -19,7 +19,8 @@ public:
     explicit File(const Sorvane::pstring& path);
     explicit File(const Sorvane::u8string& path);
 
-    /// Adds one path component, in UTF-8. The component is not normalised.
+    /// Adds one path component, in UTF-8, behind a separator unless the path ends with one or is empty; "D:"
+    /// thus means the root of the drive. The component is not normalised.
     void append(const Sorvane::u8string& name);
 
     /// Whether there is a file or a directory at the path.
@@ -29,8 +30,8 @@ public:
     /// The size in bytes, or 0 when there is no such file.
     std::int64_t getFileSize() const;
 
-    /// The full path: absolute when the path is longer than MAX_PATH allows, otherwise as it was given with
-    /// the appended components.
+    /// The path with the appended components, as it was given; absolute and in the long form when the full
+    /// path has the length from which a directory needs it (248 characters, a little less than MAX_PATH).
     Sorvane::pstring getPath() const;
 
 private:

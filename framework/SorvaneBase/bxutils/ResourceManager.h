@@ -11,8 +11,10 @@ namespace bxutils {
 
 /// The texts of one language, read from a language file.
 ///
-/// A language file is UTF-8 text: sections in brackets, one `key=text` per line, lines that begin with ";"
-/// are comments, "\n" and "\\" in a text stand for a line break and a backslash.
+/// A language file is UTF-8 text, with or without a byte order mark: sections in brackets, one `key=text` per
+/// line, lines that begin with ";" are comments. Blanks around sections, keys and texts do not count. In a
+/// text, "\n" and "\\" stand for a line break and a backslash; before any other character a backslash is
+/// itself. Of two texts with the same key the last counts; lines of other forms are passed over.
 ///
 /// Thread: the host's user-interface thread.
 class SORVANEBASE_API ResourceManager {

@@ -8,7 +8,8 @@
 
 namespace bxutils {
 
-/// Takes one record after the other and writes each as a line. Thread: any.
+/// Takes one record after the other and writes each as a line, with the time (UTC, ISO 8601, milliseconds):
+/// `2024-05-01T08:30:00.125Z 2 Components/BasicExport/SorvaneMail:188 Initializing SorvaneMail`. Thread: any.
 class LogFormaterInterface {
 public:
     virtual ~LogFormaterInterface() = default; // slot 0
@@ -32,8 +33,9 @@ public:
 /// every record.
 SORVANEBASE_API LogFormaterInterface* getSystemLogFormater();
 
-/// Sends the log to a file, appending to what it holds; missing parent directories are made. An empty path
-/// ends logging. False when the file cannot be opened, and records are dropped then.
+/// Sends the log to a file, appending to what it holds; several processes may write to the same file. Missing
+/// parent directories are made. An empty path ends logging. False when the file cannot be opened, and records
+/// are dropped then.
 SORVANEBASE_API bool setSystemLogFile(const Sorvane::pstring& path);
 
 } // namespace bxutils
