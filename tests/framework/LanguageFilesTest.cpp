@@ -1,0 +1,187 @@
+// Checks over the language files that are shipped.
+#include "SorvaneBase/Conversions.h"
+#include "SorvaneBase/bxdisk/Disk.h"
+#include "SorvaneBase/bxutils/ResourceManager.h"
+#include "support/TempFolder.h"
+
+#include <gmock/gmock.h>
+
+#include <windows.h>
+
+#include <algorithm>
+#include <cwchar>
+#include <set>
+#include <string>
+#include <vector>
+
+namespace {
+
+using Key = std::pair<std::string, std::string>;
+
+const std::wstring FOLDER = [] {
+    std::wstring folder = LANGUAGE_FOLDER;
+    std::replace(folder.begin(), folder.end(), L'/', L'\\');
+    return folder;
+}();
+
+/// Every text that the component and its host look up.
+const std::set<Key> USED_KEYS = {
+    {"Language", "Name"},
+    {"Language", "Code"},
+    {"Scan", "BasicExport.ExportToDirectory"},
+    {"Scan", "BasicExport.SendAsEmail"},
+    {"Scan", "BasicExport.ExportToZIP"},
+    {"Scan", "BasicExport.Page"},
+    {"Scan", "ScanExport.DirectoryDialog.Title"},
+    {"Scan", "ScanExport.Directory.Path"},
+    {"Scan", "ScanExport.Directory.Prefix"},
+    {"Scan", "ScanExport.Directory.FirstNumber"},
+    {"Scan", "ScanExport.Directory.Digits"},
+    {"Scan", "ScanExport.Directory.AppendIndex"},
+    {"Scan", "ScanExport.Directory.LastExports"},
+    {"Scan", "ScanExport.Directory.UseFolderName"},
+    {"Scan", "ScanExport.Directory.FolderForFiles"},
+    {"Scan", "ScanExport.Error.PathNotExists"},
+    {"Scan", "ScanExport.Error.CannotCopy"},
+    {"Common", "Button.OK"},
+    {"Common", "Button.Cancel"},
+    {"Common", "Error"},
+    {"Common", "Question.OverwriteFile"},
+    {"Common", "ExportToZipDlg.ExportToZipFile"},
+    {"Common", "ExportToZipDlg.Desc"},
+    {"Common", "ExportToZipDlg.Path"},
+    {"Common", "ExportToZipDlg.PagesPrefix"},
+    {"Common", "ExportToZipDlg.Browse"},
+    {"Common", "ExportToMailDlg.ExportToMail"},
+    {"Common", "ExportToMailDlg.Desc"},
+    {"Common", "ExportToMailDlg.Subject"},
+    {"Common", "ExportToMail.FileSizeLimit"},
+    {"Common", "ExportToMail.FileSizeLimitTitle"},
+};
+
+const std::vector<Key> LABELS = {
+    {"Scan", "ScanExport.Directory.Path"},          {"Scan", "ScanExport.Directory.Prefix"},
+    {"Scan", "ScanExport.Directory.FirstNumber"},   {"Scan", "ScanExport.Directory.Digits"},
+    {"Scan", "ScanExport.Directory.AppendIndex"},   {"Scan", "ScanExport.Directory.LastExports"},
+    {"Scan", "ScanExport.Directory.UseFolderName"}, {"Common", "ExportToZipDlg.Path"},
+    {"Common", "ExportToZipDlg.PagesPrefix"},       {"Common", "ExportToMailDlg.Subject"},
+};
+
+std::vector<std::wstring> languageCodes() {
+    std::vector<std::wstring> codes;
+    WIN32_FIND_DATAW data;
+    HANDLE search = FindFirstFileW((FOLDER + L"\\*.ini").c_str(), &data);
+    if (search == INVALID_HANDLE_VALUE)
+        return codes;
+    do {
+        const std::wstring name = data.cFileName;
+        codes.push_back(name.substr(0, name.find(L'.')));
+    } while (FindNextFileW(search, &data));
+    FindClose(search);
+    return codes;
+}
+
+std::string narrow(const std::wstring& text) {
+    std::string utf8;
+    Sorvane::c_u16u8(utf8, text);
+    return utf8;
+}
+
+std::set<Key> keysOf(const bxutils::ResourceManager& language) {
+    std::set<Key> keys;
+    for (const auto& [key, text] : language.getTexts())
+        keys.insert(key);
+    return keys;
+}
+
+class LanguageFileTest : public testing::TestWithParam<std::wstring> {
+protected:
+    LanguageFileTest() : path(FOLDER + L"\\" + GetParam() + L".ini") {
+        EXPECT_TRUE(language.loadLanguageFile(path));
+    }
+
+    std::wstring path;
+    bxutils::ResourceManager language;
+};
+
+INSTANTIATE_TEST_SUITE_P(Languages, LanguageFileTest, testing::ValuesIn(languageCodes()),
+                         [](const testing::TestParamInfo<std::wstring>& info) { return narrow(info.param); });
+
+TEST(LanguageFilesTest, IncludeEnglishAndCzech) {
+    EXPECT_THAT(languageCodes(), testing::IsSupersetOf({L"en", L"cs"}));
+}
+
+TEST_P(LanguageFileTest, HasExactlyTheKeysInUse) {
+    EXPECT_THAT(keysOf(language), testing::ContainerEq(USED_KEYS));
+}
+
+TEST_P(LanguageFileTest, DefinesEachKeyOnce) {
+    std::size_t definitions = 0;
+    const std::string bytes = '\n' + test::readFile(path);
+    for (std::size_t end = bytes.find('\n'); end != std::string::npos; end = bytes.find('\n', end + 1)) {
+        const std::string line = bytes.substr(end + 1, bytes.find('\n', end + 1) - end - 1);
+        definitions += line.find('=') != std::string::npos && line[0] != ';';
+    }
+    EXPECT_EQ(definitions, language.getTexts().size());
+}
+
+TEST_P(LanguageFileTest, IsUtf8WithoutByteOrderMark) {
+    const std::string bytes = test::readFile(path);
+    std::wstring wide;
+    EXPECT_TRUE(Sorvane::c_u8u16(wide, bytes));
+    EXPECT_FALSE(bytes.starts_with("\xEF\xBB\xBF"));
+}
+
+TEST_P(LanguageFileTest, NamesItsLanguage) {
+    EXPECT_EQ(language.getText("Language", "Code"), narrow(GetParam()));
+}
+
+TEST_P(LanguageFileTest, ExplainsEverySection) {
+    const std::string bytes = test::readFile(path);
+    for (const char* section : {"[Language]", "[Scan]", "[Common]"})
+        EXPECT_THAT(bytes, testing::HasSubstr(std::string(section) + "\n; "));
+}
+
+TEST_P(LanguageFileTest, HasNoEmptyTextAndNoBlanksAroundOne) {
+    for (const auto& [key, text] : language.getTexts()) {
+        ASSERT_FALSE(text.empty()) << key.second;
+        EXPECT_EQ(std::string(" \t\r\n").find(text.front()), std::string::npos) << key.second;
+        EXPECT_EQ(std::string(" \t\r\n").find(text.back()), std::string::npos) << key.second;
+    }
+}
+
+TEST_P(LanguageFileTest, HasAPercentSignOnlyInTheOverwriteQuestion) {
+    for (const auto& [key, text] : language.getTexts()) {
+        const auto signs = std::count(text.begin(), text.end(), '%');
+        EXPECT_EQ(signs, key.second == "Question.OverwriteFile" ? 1 : 0) << key.second;
+    }
+}
+
+TEST_P(LanguageFileTest, OverwriteQuestionTakesOneWideString) {
+    std::wstring format;
+    Sorvane::c_u8u16(format, language.getText("Common", "Question.OverwriteFile"));
+    const std::wstring path = L"C:\\Účetnictví\\Žluťoučký kůň 漢字.pdf";
+    std::wstring expected = format;
+    ASSERT_NE(expected.find(L"%ls"), std::wstring::npos);
+    expected.replace(expected.find(L"%ls"), 3, path);
+
+    wchar_t question[512] = {};
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wformat-nonliteral"
+    swprintf(question, 512, format.c_str(), path.c_str());
+#pragma GCC diagnostic pop
+
+    EXPECT_EQ(question, expected);
+}
+
+TEST_P(LanguageFileTest, EndsEveryLabelWithAColon) {
+    for (const auto& [section, key] : LABELS)
+        EXPECT_THAT(language.getText(section, key), testing::EndsWith(":")) << key;
+}
+
+TEST_P(LanguageFileTest, HasAPageNameThatFileNamesMayHold) {
+    const std::string page = language.getText("Scan", "BasicExport.Page");
+    EXPECT_EQ(bxdisk::normalizeFileName(page), page);
+}
+
+} // namespace
