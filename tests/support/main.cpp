@@ -1,5 +1,6 @@
 // The entry point of every test program.
 #include "bxbase/LiveObjects.h"
+#include "support/CrashReport.h"
 
 #include <gmock/gmock.h>
 
@@ -25,6 +26,7 @@ class LeakListener : public testing::EmptyTestEventListener {
 } // namespace
 
 int main(int argc, char** argv) {
+    reportCrashes();
     // ctest reads the list of tests from our output; a carriage return would become part of each name.
     _setmode(_fileno(stdout), _O_BINARY);
     testing::InitGoogleMock(&argc, argv);
