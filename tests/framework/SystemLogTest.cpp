@@ -163,7 +163,7 @@ TEST_F(SystemLogTest, KeepsTheRecordsOfSeveralProcessesWhole) {
 
     std::vector<HANDLE> processes;
     for (const wchar_t* name : {L"ann", L"bob", L"eve"}) {
-        std::wstring command = L"\"" + program + L"\" \"" + file + L"\" " + name + L" 150";
+        std::wstring command = L"\"" + program + L"\" \"" + file + L"\" " + name + L" 3000";
         STARTUPINFOW startup{};
         startup.cb = sizeof startup;
         PROCESS_INFORMATION process{};
@@ -183,7 +183,7 @@ TEST_F(SystemLogTest, KeepsTheRecordsOfSeveralProcessesWhole) {
     std::map<std::string, int> count;
     for (const std::string& line : written())
         ++count[line.substr(line.rfind(' ') + 1)];
-    EXPECT_EQ(count, (std::map<std::string, int>{{"ann", 150}, {"bob", 150}, {"eve", 150}}));
+    EXPECT_EQ(count, (std::map<std::string, int>{{"ann", 3000}, {"bob", 3000}, {"eve", 3000}}));
 }
 
 } // namespace

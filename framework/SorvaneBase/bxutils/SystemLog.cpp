@@ -25,8 +25,9 @@ std::string timeStamp() {
     return text.data();
 }
 
-/// Keeps other processes from writing to the file meanwhile. The locked byte lies far behind the end, where it
-/// hinders nobody who reads.
+/// Keeps other processes from writing to the file meanwhile: Wine finds the end of a file and writes there in
+/// two steps, and without the lock records overwrite each other. The locked byte lies far behind the end, where
+/// it hinders nobody who reads.
 class ProcessLock {
 public:
     explicit ProcessLock(HANDLE file) : file(file) {
