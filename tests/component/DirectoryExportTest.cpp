@@ -407,6 +407,17 @@ TEST_F(DirectoryExportTest, PageWithAFileIsNotCopiedTwice) {
     EXPECT_THAT(pageFolder.list(), ElementsAre(L"a.tif"));
 }
 
+TEST_F(DirectoryExportTest, PageMayLieAtAPathOfAnyLength) {
+    std::wstring deep = pageFolder.path();
+    for (int i = 0; i < 5; ++i) {
+        deep += L"\\" + std::wstring(80, L'x');
+        CreateDirectoryW((L"\\\\?\\" + deep).c_str(), nullptr);
+    }
+    addPage(deep.substr(pageFolder.path().size() + 1) + L"\\a.tif", "far away");
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(written(L"Scan001.tif"), "far away");
+}
+
 TEST_F(DirectoryExportTest, PageWithoutAFileIsWrittenFromATemporaryCopyThatGoes) {
     test::TestPage& page = addPageWithoutFile("rendered");
     EXPECT_EQ(run(), 0);
@@ -451,6 +462,13 @@ TEST_F(DirectoryExportTest, FailedCopyShowsTheSourceAndIsReported) {
     EXPECT_THAT(box.buttons, ElementsAre(IDOK));
     expectReport(76, "Failed to export file");
     EXPECT_THAT(target.list(), ElementsAre(L"Scan001.tif"));
+}
+
+TEST_F(DirectoryExportTest, PathThatIsNoUnicodeTextIsShownUnchanged) {
+    const std::wstring source = pageFolder / L"lone \xD83D surrogate.tif";
+    engine->addData(&pages.emplace_back(source));
+    EXPECT_EQ(runWithErrorBox(), 1);
+    EXPECT_EQ(box.text, L"Nelze zkopírovat soubor:\n" + source);
 }
 
 TEST_F(DirectoryExportTest, LockedTargetFailsAndKeepsItsContent) {
