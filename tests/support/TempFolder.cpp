@@ -68,7 +68,7 @@ std::string TempFolder::utf8() const {
 }
 
 std::wstring TempFolder::write(const std::wstring& name, const std::string& bytes) const {
-    const std::wstring path = *this / name;
+    std::wstring path = *this / name;
     HANDLE file = CreateFileW(longForm(path).c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr);
     DWORD written = 0;
     const bool ok = file != INVALID_HANDLE_VALUE &&
