@@ -1,0 +1,138 @@
+// Finds texts that do not fit into the window that shows them.
+#include "support/ClippedTexts.h"
+
+#include "SorvaneBase/Conversions.h"
+#include "host/DialogPilot.h"
+
+#include <algorithm>
+#include <optional>
+
+namespace test {
+namespace {
+
+/// Where a control draws its text, and how.
+struct TextRoom {
+    SIZE size;
+    UINT format; ///< of DrawText
+};
+
+std::optional<TextRoom> roomInStatic(SIZE client, LONG_PTR style) {
+    const UINT prefix = style & SS_NOPREFIX ? DT_NOPREFIX : 0;
+    switch (style & SS_TYPEMASK) {
+    case SS_LEFT:
+    case SS_CENTER:
+    case SS_RIGHT:
+        // An ellipsis instead of the rest is a clipped text too, and it comes without wrapping.
+        return TextRoom{client,
+                        prefix | DT_EXPANDTABS | (style & SS_ELLIPSISMASK ? DT_SINGLELINE : DT_WORDBREAK)};
+    case SS_LEFTNOWORDWRAP:
+        return TextRoom{client, prefix | DT_EXPANDTABS};
+    case SS_SIMPLE:
+        return TextRoom{client, prefix | DT_SINGLELINE};
+    default:
+        return std::nullopt; // pictures, lines and boxes
+    }
+}
+
+std::optional<TextRoom> roomInButton(SIZE client, LONG_PTR style) {
+    // The edges that the classic look and the themes draw, and the frame of the focus inside them.
+    constexpr LONG edge = 3;
+    constexpr LONG focus = 1;
+    constexpr LONG boxGap = 4;
+    constexpr LONG groupIndent = 9;
+    const UINT lines = style & BS_MULTILINE ? DT_WORDBREAK : DT_SINGLELINE;
+    switch (style & BS_TYPEMASK) {
+    case BS_PUSHBUTTON:
+    case BS_DEFPUSHBUTTON:
+    case BS_OWNERDRAW:
+        return TextRoom{{client.cx - 2 * (edge + focus), client.cy - 2 * (edge + focus)}, lines};
+    case BS_GROUPBOX:
+        return TextRoom{{client.cx - 2 * groupIndent, client.cy}, DT_SINGLELINE};
+    default:
+        return TextRoom{{client.cx - GetSystemMetrics(SM_CXMENUCHECK) - boxGap, client.cy}, lines};
+    }
+}
+
+std::optional<TextRoom> textRoom(HWND control) {
+    RECT client;
+    GetClientRect(control, &client);
+    const SIZE size = {client.right, client.bottom};
+    const LONG_PTR style = GetWindowLongPtrW(control, GWL_STYLE);
+    const std::wstring type = host::windowClass(control);
+    if (type == L"Static")
+        return roomInStatic(size, style);
+    if (type == L"Button")
+        return roomInButton(size, style);
+    return std::nullopt;
+}
+
+SIZE measure(HWND window, HFONT font, const std::wstring& text, LONG width, UINT format) {
+    HDC dc = GetDC(window);
+    const HGDIOBJ previous = SelectObject(dc, font ? font : GetStockObject(SYSTEM_FONT));
+    RECT needed = {0, 0, std::max(width, 0L), 0};
+    DrawTextW(dc, text.c_str(), -1, &needed, format | DT_CALCRECT);
+    SelectObject(dc, previous);
+    ReleaseDC(window, dc);
+    return {needed.right, needed.bottom};
+}
+
+std::string describe(const std::string& what, const std::wstring& text, SIZE needed, SIZE room) {
+    std::string utf8;
+    Sorvane::c_u16u8(utf8, text);
+    return what + " \"" + utf8 + "\" needs " + std::to_string(needed.cx) + "x" + std::to_string(needed.cy) +
+           ", has " + std::to_string(room.cx) + "x" + std::to_string(room.cy);
+}
+
+void checkControl(HWND control, std::vector<std::string>& clipped) {
+    const std::wstring text = host::windowText(control);
+    const std::optional<TextRoom> room = textRoom(control);
+    if (text.empty() || !room)
+        return;
+    auto font = reinterpret_cast<HFONT>(SendMessageW(control, WM_GETFONT, 0, 0));
+    const SIZE needed = measure(control, font, text, room->size.cx, room->format);
+    if (needed.cx > room->size.cx || needed.cy > room->size.cy)
+        clipped.push_back(describe(std::to_string(GetDlgCtrlID(control)), text, needed, room->size));
+}
+
+void checkTitle(HWND window, std::vector<std::string>& clipped) {
+    const LONG_PTR style = GetWindowLongPtrW(window, GWL_STYLE);
+    if ((style & WS_CAPTION) != WS_CAPTION)
+        return;
+    NONCLIENTMETRICSW metrics = {};
+    metrics.cbSize = sizeof metrics;
+    SystemParametersInfoW(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0);
+    HFONT font = CreateFontIndirectW(&metrics.lfCaptionFont);
+    const std::wstring title = host::windowText(window);
+    const SIZE needed = measure(window, font, title, 0, DT_SINGLELINE | DT_NOPREFIX);
+    DeleteObject(font);
+
+    RECT client;
+    GetClientRect(window, &client);
+    LONG buttons = 0;
+    if (style & WS_SYSMENU)
+        buttons = style & (WS_MINIMIZEBOX | WS_MAXIMIZEBOX) ? 3 : 1;
+    const bool hasIcon = (style & WS_SYSMENU) && SendMessageW(window, WM_GETICON, ICON_SMALL, 0);
+    const SIZE room = {client.right - buttons * metrics.iCaptionWidth -
+                           (hasIcon ? GetSystemMetrics(SM_CXSMICON) : 0) - 2 * GetSystemMetrics(SM_CXEDGE),
+                       metrics.iCaptionHeight};
+    if (needed.cx > room.cx)
+        clipped.push_back(describe("title", title, needed, room));
+}
+
+} // namespace
+
+std::vector<std::string> clippedTexts(HWND window) {
+    std::vector<std::string> clipped;
+    checkTitle(window, clipped);
+    EnumChildWindows(
+        window,
+        [](HWND control, LPARAM list) -> BOOL {
+            if (GetWindowLongPtrW(control, GWL_STYLE) & WS_VISIBLE)
+                checkControl(control, *reinterpret_cast<std::vector<std::string>*>(list));
+            return TRUE;
+        },
+        reinterpret_cast<LPARAM>(&clipped));
+    return clipped;
+}
+
+} // namespace test
