@@ -5,6 +5,7 @@
 #include "ExportDirectoryDialog.h"
 #include "ExportFactories.h"
 #include "LocalizedText.h"
+#include "PageName.h"
 #include "SorvaneBase/Conversions.h"
 #include "SorvaneBase/StringBuilders.h"
 #include "SorvaneBase/bxdisk/Disk.h"
@@ -16,9 +17,6 @@
 #include <afxwin.h>
 
 #include <algorithm>
-#include <iomanip>
-#include <locale>
-#include <sstream>
 
 namespace {
 
@@ -30,16 +28,6 @@ constexpr int STOPPED_BY_USER = 2;
 constexpr char SOURCE_FILE[] = "Components/BasicExport/ExportToDirectory";
 constexpr int LINE_TARGET_PATH = 52;
 constexpr int LINE_PAGE = 76;
-
-// No file system takes a longer name, so a width beyond it fails at the copy and must not exhaust the memory first.
-constexpr std::uint32_t MAX_WIDTH = 256;
-
-std::uint32_t countDecimalDigits(std::size_t number) {
-    std::uint32_t count = 0;
-    for (; number != 0; number /= 10)
-        ++count;
-    return count;
-}
 
 Sorvane::u8string overwriteQuestion(const std::wstring& path) {
     CString question;
@@ -102,12 +90,9 @@ int ExportToDirectory::exportPage(ExportDataItem* page, std::uint32_t number, st
     page->getFileName(fileName);
     const Sorvane::u8string extension = ExportUtils::getExtension(fileName);
 
-    std::ostringstream name;
-    // The host's global locale may group digits.
-    name.imbue(std::locale::classic());
-    name << prefix;
+    Sorvane::u8string name = prefix;
     if (appendIndex)
-        name << std::setfill('0') << std::setw(static_cast<int>(std::min(width, MAX_WIDTH))) << number;
+        name += paddedNumber(number, width);
 
     Sorvane::u8string folderPart;
     if (useParentFolderName) {
@@ -118,14 +103,8 @@ int ExportToDirectory::exportPage(ExportDataItem* page, std::uint32_t number, st
         }
     }
 
-    if (!extension.empty()) {
-        if (extension.front() != '.')
-            name << '.';
-        name << extension;
-    }
-
     bxdisk::File target(targetPath);
-    target.append(folderPart + name.str());
+    target.append(folderPart + name + dottedExtension(extension));
 
     // No answer covers the remaining files: each is somebody's document, and each is asked about.
     if (target.exists() &&
