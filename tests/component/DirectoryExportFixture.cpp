@@ -53,6 +53,15 @@ test::TestPage& DirectoryExportFixture::addPageWithoutFile(std::optional<std::st
     return page;
 }
 
+int DirectoryExportFixture::run() {
+    host::DialogPilot pilot;
+    pilot.always(host::anyMessageBox(), [](HWND window) {
+        ADD_FAILURE() << "unexpected box: " << toUtf8(host::messageBoxText(window));
+        return host::click(IDOK)(window);
+    });
+    return engine->exportData(nullptr, errors);
+}
+
 int DirectoryExportFixture::runWithErrorBox() {
     host::DialogPilot pilot(std::chrono::seconds(10));
     pilot.then("error box", host::anyMessageBox(), [this](HWND window) {
@@ -66,7 +75,7 @@ int DirectoryExportFixture::runWithErrorBox() {
         }
         return host::click(IDOK)(window);
     });
-    const int result = run();
+    const int result = engine->exportData(nullptr, errors);
     EXPECT_TRUE(pilot.succeeded()) << pilot.failure();
     return result;
 }

@@ -50,7 +50,8 @@ protected:
     /// A page without a file, which writes a copy of these bytes on demand or fails to.
     test::TestPage& addPageWithoutFile(std::optional<std::string> bytes);
 
-    int run() { return engine->exportData(nullptr, errors); }
+    /// Runs the export, which must not show a box.
+    int run();
     /// Runs the export and presses OK in the error box that it must show.
     int runWithErrorBox();
 

@@ -312,6 +312,7 @@ TEST_F(DirectoryExportTest, QuestionInAnUnknownLanguageIsStillAsked) {
     addPages(1);
     host.answers = {MessageDlgResult::Yes};
     EXPECT_EQ(run(), 0);
+    ASSERT_EQ(host.messages.size(), 1U);
     EXPECT_EQ(host.messages[0].text, "Question.OverwriteFile");
 }
 
