@@ -41,11 +41,19 @@ start_session() {
     apart wine cmd.exe /c exit
 }
 
+# Debian's Wine does not look where its own fonts lie; without this one the signs in title bars and scroll bars
+# are letters.
+link_marlett() {
+    [ ! -e /usr/share/wine/fonts/marlett.ttf ] ||
+        ln -s /usr/share/wine/fonts/marlett.ttf "$WINEPREFIX/drive_c/windows/Fonts/"
+}
+
 # The session that makes the prefix has already looked for a driver, so it ends before the first program.
 make_prefix() {
     apart wineboot -i &&
         apart wine reg add 'HKCU\Software\Wine\Drivers' /v Graphics /d "$drivers" /f &&
         apart wine reg add 'HKCU\Software\Wine\X11 Driver' /v Managed /d "$managed" /f &&
+        link_marlett &&
         apart wineserver -k &&
         apart wineserver -w &&
         start_session &&
