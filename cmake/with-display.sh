@@ -15,4 +15,17 @@ read -r number <&"${screen[0]}" || {
     exit 1
 }
 
+# Wine's desktop stays for a second after the last program, and complains when the screen goes before it.
+sockets() {
+    grep -c "X11-unix/X$number\$" /proc/net/unix
+}
+unused=$(sockets)
+wait_for_clients() {
+    local tries
+    for ((tries = 0; tries < 40 && $(sockets) > unused; ++tries)); do
+        sleep 0.1
+    done
+}
+trap 'wait_for_clients; kill $xvfb 2>/dev/null || :' EXIT
+
 DISPLAY=:$number WINE_GRAPHICS=x11 "$@"
