@@ -147,8 +147,9 @@ private:
 /// A host without windows of its own, as far as the measurements need one.
 class Host {
 public:
-    Host() : application(registryBase), owner(CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 0, 0, nullptr,
-                                                              nullptr, nullptr, nullptr)) {
+    Host()
+        : application(registryBase),
+          owner(CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 0, 0, nullptr, nullptr, nullptr, nullptr)) {
         if (!bxutils::getResourceManager()->loadLanguageFile(programFolder() + L"\\lang\\en.ini"))
             fail("The language file cannot be read");
     }
@@ -159,8 +160,9 @@ public:
     Host(const Host&) = delete;
     Host& operator=(const Host&) = delete;
 
-    static std::unique_ptr<host::ComponentModule> loadComponent() {
-        return std::make_unique<host::ComponentModule>(programFolder() + L"\\BasicExport.dll");
+    /// The component, loaded and registered for the time of the object's life.
+    std::unique_ptr<host::ComponentModule> loadComponent() {
+        return std::make_unique<host::ComponentModule>(programFolder() + L"\\BasicExport.dll", manager);
     }
 
     bxbase::Reference<SorvaneCommon::ExportEngine> createEngine() const {
@@ -245,10 +247,11 @@ double exportPages(const Host& host, const host::FilePages& pages, const Target&
         engine->addData(pages[page].get());
     {
         host::DialogPilot pilot(std::chrono::seconds(30));
-        pilot.then("settings", host::dialogWith(pathEdit),
-                   host::inOrder({host::enterText(pathEdit, target.path()), host::enterText(prefixEdit, L"Page"),
-                                  host::enterText(firstNumberEdit, L"1"), host::enterText(digitsEdit, L"5"),
-                                  host::click(IDOK)}));
+        pilot.then(
+            "settings", host::dialogWith(pathEdit),
+            host::inOrder({host::enterText(pathEdit, target.path()), host::enterText(prefixEdit, L"Page"),
+                           host::enterText(firstNumberEdit, L"1"), host::enterText(digitsEdit, L"5"),
+                           host::click(IDOK)}));
         if (!engine->showDialog())
             throw host::HostError("The dialog was not confirmed: " + pilot.failure());
     }
@@ -284,8 +287,8 @@ struct Times {
 };
 
 /// One export and one loop of copies, each into a fresh folder; `oursFirst` says in which order.
-void measurePair(const Host& host, const Sources& sources, const host::FilePages& pages, const Options& options,
-                 std::size_t count, bool indexed, bool oursFirst, Times& times) {
+void measurePair(const Host& host, const Sources& sources, const host::FilePages& pages,
+                 const Options& options, std::size_t count, bool indexed, bool oursFirst, Times& times) {
     const auto ours = [&] {
         const Target target(options.folder + L"\\export", count, indexed);
         times.ours.push_back(exportPages(host, pages, target));
@@ -333,7 +336,8 @@ void measureExport(const Host& host, const Options& options) {
             measurePair(host, sources, pages, options, smallest, false, pair == 0, scanned);
     }
 
-    std::puts("Directory export of pages of 100 KiB against a loop of CopyFileW with the same names; medians");
+    std::puts(
+        "Directory export of pages of 100 KiB against a loop of CopyFileW with the same names; medians");
     std::puts("   pages  pairs       export    CopyFileW     ratio  export a page");
     for (const auto& [count, times] : indexed)
         printTimes(count, times);
@@ -355,10 +359,10 @@ struct Memory {
 };
 
 Memory memoryNow() {
-    PROCESS_MEMORY_COUNTERS_EX counters{};
-    GetProcessMemoryInfo(GetCurrentProcess(), reinterpret_cast<PROCESS_MEMORY_COUNTERS*>(&counters),
-                         sizeof counters);
-    return {static_cast<double>(counters.PrivateUsage), static_cast<double>(counters.PeakWorkingSetSize)};
+    PROCESS_MEMORY_COUNTERS counters{};
+    GetProcessMemoryInfo(GetCurrentProcess(), &counters, sizeof counters);
+    // The page-file usage is the same as PrivateUsage, which Wine leaves at 0.
+    return {static_cast<double>(counters.PagefileUsage), static_cast<double>(counters.PeakWorkingSetSize)};
 }
 
 /// Samples the memory in use while an engine works through the pages.
@@ -397,4 +401,111 @@ void measureMemory(const Host& host, const Options& options) {
     std::printf("%8zu  %14.0f B  %14.0f B\n", options.memoryPages,
                 (std::max(watcher.peak, after.privateBytes) - before.privateBytes) * perPage,
                 (after.peakWorkingSet - before.peakWorkingSet) * perPage);
+}
+
+/// Runs measureMemory() for each size in a process of its own.
+void measureMemoryApart(const Options& options) {
+    wchar_t program[MAX_PATH];
+    GetModuleFileNameW(nullptr, program, MAX_PATH);
+    std::puts("Peak growth of memory a page: private bytes, working set");
+    std::fflush(stdout);
+    for (const std::size_t count : options.counts) {
+        std::wstring commandLine = L"\"" + std::wstring(program) + L"\" \"" + options.folder +
+                                   L"\" --memory " + std::to_wstring(count);
+        STARTUPINFOW startup{};
+        startup.cb = sizeof startup;
+        PROCESS_INFORMATION process{};
+        if (!CreateProcessW(program, commandLine.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr,
+                            &startup, &process))
+            fail("The process that measures memory cannot be started");
+        const host::UniqueHandle processHandle(process.hProcess);
+        const host::UniqueHandle threadHandle(process.hThread);
+        WaitForSingleObject(process.hProcess, INFINITE);
+        DWORD exitCode = 0;
+        GetExitCodeProcess(process.hProcess, &exitCode);
+        if (exitCode != 0)
+            throw host::HostError("The process that measures memory failed.");
+    }
+}
+
+void printMilliseconds(const char* what, const std::vector<double>& seconds) {
+    std::printf("%-38s first %7.2f ms  median of %zu %7.2f ms\n", what, seconds.front() * 1000,
+                seconds.size(), median(seconds) * 1000);
+}
+
+void measureLoading(Host& host) {
+    std::vector<double> seconds;
+    for (int count = 0; count < openings; ++count) {
+        const auto start = Clock::now();
+        const auto component = host.loadComponent();
+        seconds.push_back(secondsSince(start));
+    }
+    printMilliseconds("Component, load to registered:", seconds);
+}
+
+void measureDialog(const Host& host) {
+    std::vector<double> seconds;
+    for (int count = 0; count < openings; ++count) {
+        const auto engine = host.createEngine();
+        FirstPaint paint;
+        engine->showDialog();
+        if (!paint.seconds)
+            throw host::HostError("The dialog closed before it was painted.");
+        seconds.push_back(*paint.seconds);
+    }
+    printMilliseconds("Dialog, open to first paint:", seconds);
+}
+
+std::vector<std::size_t> parseCounts(const std::wstring& text) {
+    std::vector<std::size_t> counts;
+    for (std::size_t begin = 0; begin < text.size();) {
+        std::size_t length = 0;
+        counts.push_back(std::stoul(text.substr(begin), &length));
+        begin += length + 1;
+    }
+    return counts;
+}
+
+Options parseOptions(int count, wchar_t** arguments) {
+    Options options;
+    if (count < 2 || count % 2 != 0)
+        throw host::UsageError(
+            "usage: ExportBenchmark FOLDER [--pages 1000,10000,50000] [--rounds 3] [--memory PAGES]");
+    options.folder = arguments[1];
+    for (int index = 2; index < count; index += 2) {
+        const std::wstring name = arguments[index];
+        const std::wstring value = arguments[index + 1];
+        if (name == L"--pages")
+            options.counts = parseCounts(value);
+        else if (name == L"--rounds")
+            options.rounds = std::stoul(value);
+        else if (name == L"--memory")
+            options.memoryPages = std::stoul(value);
+        else
+            throw host::UsageError("There is no option " + host::utf8(name) + ".");
+    }
+    return options;
+}
+
+} // namespace
+
+int wmain(int argumentCount, wchar_t** arguments) {
+    try {
+        const Options options = parseOptions(argumentCount, arguments);
+        Host host;
+        if (options.memoryPages == 0)
+            measureLoading(host);
+        const auto component = host.loadComponent();
+        if (options.memoryPages != 0) {
+            measureMemory(host, options);
+            return 0;
+        }
+        measureDialog(host);
+        measureMemoryApart(options);
+        measureExport(host, options);
+        return 0;
+    } catch (const std::exception& error) {
+        std::fprintf(stderr, "%s\n", error.what());
+        return 1;
+    }
 }
