@@ -219,8 +219,9 @@ public:
     explicit CDialog(LPCTSTR lpszTemplateName, CWnd* pParentWnd = nullptr);
 
     /// Shows the dialog and returns what EndDialog() was given, or -1 when it could not be made. Its owner is the
-    /// parent window given to the constructor, otherwise the application's main window. A template that names no
-    /// position is centred on the owner, unless OnInitDialog() moves or sizes it.
+    /// parent given to the constructor or the top-level window that one lies in; without a parent, the window on
+    /// top of the application's main window. A template that names no position is centred on the owner, unless
+    /// OnInitDialog() moves or sizes it.
     virtual INT_PTR DoModal();
     void EndDialog(int nResult) { ::EndDialog(m_hWnd, nResult); }
 
@@ -239,7 +240,6 @@ protected:
 
 private:
     static INT_PTR CALLBACK dialogProcedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam);
-    HWND findOwner() const;
 
     LPCTSTR templateName;
     bool centre = false;

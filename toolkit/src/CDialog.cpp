@@ -1,4 +1,5 @@
 // Modal dialogs.
+#include "Owner.h"
 #include "SystemCall.h"
 #include "afxwin.h"
 
@@ -106,16 +107,9 @@ INT_PTR CDialog::DoModal() {
     dialogTemplate->changeStyles(
         [this](DWORD& style, DWORD& extendedStyle) { AdjustTemplateStyle(style, extendedStyle); });
     return callSystem([&] {
-        return DialogBoxIndirectParam(module, dialogTemplate->get(), findOwner(), &CDialog::dialogProcedure,
-                                      reinterpret_cast<LPARAM>(this));
+        return DialogBoxIndirectParam(module, dialogTemplate->get(), ownerOf(m_pParentWnd),
+                                      &CDialog::dialogProcedure, reinterpret_cast<LPARAM>(this));
     });
-}
-
-HWND CDialog::findOwner() const {
-    if (m_pParentWnd && m_pParentWnd->GetSafeHwnd())
-        return m_pParentWnd->GetSafeHwnd();
-    const CWnd* mainWindow = AfxGetMainWnd();
-    return mainWindow ? mainWindow->GetSafeHwnd() : nullptr;
 }
 
 // Takes the window over as soon as the system tells which object it belongs to; from then on the system comes here

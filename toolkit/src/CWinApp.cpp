@@ -1,5 +1,6 @@
 // The application object of a module.
 #include "AfxModule.h"
+#include "Owner.h"
 #include "SystemCall.h"
 #include "afxwin.h"
 
@@ -65,10 +66,15 @@ LPCTSTR AfxGetAppName() {
     return app ? app->m_pszAppName : L"";
 }
 
-int AfxMessageBox(LPCTSTR lpszText, UINT nType, UINT /*nIDHelp*/) {
+HWND ownerOf(const CWnd* parent) {
+    if (parent && parent->GetSafeHwnd())
+        return GetAncestor(parent->GetSafeHwnd(), GA_ROOT);
     const CWnd* mainWindow = AfxGetMainWnd();
-    const HWND owner =
-        mainWindow ? GetLastActivePopup(GetAncestor(mainWindow->GetSafeHwnd(), GA_ROOT)) : nullptr;
+    return mainWindow ? GetLastActivePopup(GetAncestor(mainWindow->GetSafeHwnd(), GA_ROOT)) : nullptr;
+}
+
+int AfxMessageBox(LPCTSTR lpszText, UINT nType, UINT /*nIDHelp*/) {
+    const HWND owner = ownerOf(nullptr);
     return callSystem([&] { return ::MessageBox(owner, lpszText, AfxGetAppName(), withDefaultIcon(nType)); });
 }
 

@@ -9,6 +9,8 @@
 #include <string>
 #include <utility>
 
+extern "C" IMAGE_DOS_HEADER __ImageBase;
+
 IMPLEMENT_DYNAMIC(CWnd, CCmdTarget)
 
 BEGIN_MESSAGE_MAP(CWnd, CCmdTarget)
@@ -69,7 +71,7 @@ LPCTSTR AfxRegisterWndClass(UINT nClassStyle, HCURSOR hCursor, HBRUSH hbrBackgro
     WNDCLASS windowClass{};
     windowClass.style = nClassStyle | CS_GLOBALCLASS;
     windowClass.lpfnWndProc = &CWnd::windowProcedure;
-    windowClass.hInstance = GetModuleHandle(L"toolkit.dll");
+    windowClass.hInstance = reinterpret_cast<HINSTANCE>(&__ImageBase);
     windowClass.hIcon = hIcon;
     windowClass.hCursor = hCursor;
     windowClass.hbrBackground = hbrBackground;
