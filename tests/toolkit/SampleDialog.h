@@ -24,26 +24,19 @@ public:
     CBCGPStatic label;
 
     std::function<void()> onInit = [] {};
+    std::function<void()> onCheck = [] {};
+    std::function<void()> onSelection = [] {};
+    std::function<void()> onPathChange = [] {};
 
 protected:
-    void DoDataExchange(CDataExchange* exchange) override {
-        CBCGPDialog::DoDataExchange(exchange);
-        DDX_Control(exchange, IDC_PATH, path);
-        DDX_Control(exchange, IDC_LIST, list);
-        DDX_Control(exchange, IDC_NAME, name);
-        DDX_Control(exchange, IDC_CHECK, check);
-        DDX_Control(exchange, IDC_FIRST, first);
-        DDX_Control(exchange, IDC_SECOND, second);
-        DDX_Control(exchange, IDOK, ok);
-        DDX_Control(exchange, IDCANCEL, cancel);
-        DDX_Control(exchange, IDC_LABEL, label);
-    }
+    void DoDataExchange(CDataExchange* exchange) override;
+    BOOL OnInitDialog() override;
 
-    BOOL OnInitDialog() override {
-        CBCGPDialog::OnInitDialog();
-        onInit();
-        return TRUE;
-    }
+    afx_msg void OnBnClickedCheck() { onCheck(); }
+    afx_msg void OnLbnSelchangeList() { onSelection(); }
+    afx_msg void OnEnChangePath() { onPathChange(); }
+
+    DECLARE_MESSAGE_MAP()
 };
 
 } // namespace test
