@@ -1,7 +1,7 @@
 // Drives modal dialogs from inside the program, as a user would.
 #include "host/DialogPilot.h"
 
-#include "SorvaneBase/Conversions.h"
+#include "host/Text.h"
 
 #include <algorithm>
 
@@ -30,12 +30,6 @@ std::vector<HWND> answerableWindows() {
 
 bool isDialog(HWND window) {
     return windowClass(window) == dialogClass;
-}
-
-std::string utf8(const std::wstring& text) {
-    std::string result;
-    Sorvane::c_u16u8(result, text);
-    return result;
 }
 
 } // namespace

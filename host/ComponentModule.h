@@ -1,0 +1,45 @@
+// Loads a component and takes it away again.
+#pragma once
+
+#include "host/EnginesManager.h"
+
+#include <windows.h>
+
+#include <string>
+#include <vector>
+
+class CWinApp;
+
+namespace host {
+
+/// A component DLL for the time of its life: loaded, its application object initialised, its factories in the
+/// engines manager.
+///
+/// The order of the end is fixed: ExitInstance(), then factories that the component forgot to unregister are
+/// dropped while their code is still there, then FreeLibrary(). Engines, icons and everything else that came
+/// from the component must have been released before.
+///
+/// Thread: the user-interface thread, outside DllMain.
+class ComponentModule {
+public:
+    /// Throws HostError, in one sentence, when the file is missing or no DLL for this program, has no
+    /// application object, or does not want to start.
+    /// @param path     the full path. DLLs that the component needs are found beside it as well.
+    /// @param manager  the process's engines manager; must outlive the module
+    ComponentModule(const std::wstring& path, EnginesManager& manager);
+    ~ComponentModule();
+    ComponentModule(const ComponentModule&) = delete;
+    ComponentModule& operator=(const ComponentModule&) = delete;
+
+private:
+    bool initInstance();
+    void unload();
+
+    EnginesManager& manager;
+    HMODULE module = nullptr;
+    CWinApp* application = nullptr;
+    /// What the component registered when it started; only for comparison, they may be gone.
+    std::vector<SorvaneCommon::ExportEngineFactory*> registered;
+};
+
+} // namespace host

@@ -1,0 +1,29 @@
+// Tells whether two paths lead to one file, whatever they look like.
+#pragma once
+
+#include <array>
+#include <compare>
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace host {
+
+/// What the file system itself calls a file or folder. Equal identities mean the same file on Windows. Under
+/// Wine different file systems may share a volume number, so equal identities there only make it likely;
+/// isSameFile() decides.
+struct FileIdentity {
+    std::uint64_t volume = 0;
+    std::array<std::uint8_t, 16> id{};
+
+    friend auto operator<=>(const FileIdentity&, const FileIdentity&) = default;
+};
+
+/// The identity of the file or folder at the path, links followed; none when there is nothing or it cannot be
+/// looked at.
+std::optional<FileIdentity> identityOf(const std::wstring& path);
+
+/// Whether both paths lead to one existing file or folder.
+bool isSameFile(const std::wstring& path, const std::wstring& otherPath);
+
+} // namespace host

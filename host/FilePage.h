@@ -1,0 +1,77 @@
+// Pages whose data are files on the disk.
+#pragma once
+
+#include "SorvaneCommon/ExportDataItem.h"
+#include "SorvaneCommon/ExportFolder.h"
+#include "bxbase/Reference.h"
+#include "host/FileIdentity.h"
+
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace host {
+
+class FilePage;
+
+/// The folder that a page's file lies in, by the last part of its path; nameless for the root of a drive.
+class FileFolder : public ExportFolder {
+public:
+    explicit FileFolder(std::wstring path);
+
+    const wchar_t* getFolderName() const override;
+    using ExportFolder::getFolderName;
+
+    const std::wstring& path() const noexcept { return folderPath; }
+
+private:
+    std::wstring folderPath;
+    std::wstring name;
+};
+
+/// Is told which page an engine is at.
+class PageWatcher {
+public:
+    /// The engine asks for the page's data or for the name of their form. Comes more than once for a page.
+    virtual void pageAsked(const FilePage& page) = 0;
+
+protected:
+    ~PageWatcher() = default;
+};
+
+/// A page that is an existing file, given by its full path.
+///
+/// A file that vanishes after the page has been made is reported when the engine asks for it.
+class FilePage : public ExportDataItem {
+public:
+    /// Looks the file over. Throws HostError, with the file's path and what is wrong with it, when it does not
+    /// exist, is a folder, is empty or cannot be read.
+    /// @param path     the full path
+    /// @param folder   the folder it lies in; pages of one folder share it
+    /// @param watcher  not owned; must outlive the page's use; may be null
+    FilePage(std::wstring path, std::shared_ptr<FileFolder> folder, PageWatcher* watcher);
+
+    ExportFolder* getParentFolder() override { return folder.get(); }
+    void getFileName(Sorvane::u8string& name) override;
+    bool getFilePath(std::wstring& path) override;
+    bool createDataCopy(std::wstring& path, SorvaneException& error) override;
+
+    const std::wstring& path() const noexcept { return filePath; }
+    std::wstring fileName() const;
+    const FileFolder& parentFolder() const noexcept { return *folder; }
+    /// The identity that the file had when it was looked over.
+    const FileIdentity& identity() const noexcept { return fileIdentity; }
+
+private:
+    std::wstring filePath;
+    std::shared_ptr<FileFolder> folder;
+    PageWatcher* watcher;
+    FileIdentity fileIdentity;
+};
+
+using FilePages = std::vector<bxbase::Reference<FilePage>>;
+
+/// Looks a file over as a page. Throws HostError as FilePage's constructor does.
+void checkPageFile(const std::wstring& path);
+
+} // namespace host

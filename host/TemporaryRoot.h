@@ -1,0 +1,48 @@
+// The one place for temporary files of a run of the host.
+#pragma once
+
+#include <windows.h>
+
+#include <optional>
+#include <string>
+
+namespace host {
+
+/// A directory of the process's own under `parent`, made the root of bxdisk's temporary directories and
+/// removed at the end with everything in it.
+class TemporaryRoot {
+public:
+    /// %TEMP%\Sorvane\ScanHost.
+    static std::wstring defaultParent();
+
+    /// Makes the directory, and removes stale ones of other runs beside it. Throws HostError when it cannot be
+    /// made.
+    explicit TemporaryRoot(const std::wstring& parent = defaultParent());
+    ~TemporaryRoot();
+    TemporaryRoot(const TemporaryRoot&) = delete;
+    TemporaryRoot& operator=(const TemporaryRoot&) = delete;
+
+    const std::wstring& path() const noexcept { return directory; }
+
+private:
+    std::wstring directory;
+};
+
+/// A run that crashed leaves its directory behind. Removes those whose process is gone and into which nothing
+/// has been put for a day: a mail client may still be reading attachments out of younger ones.
+void removeStaleRoots(const std::wstring& parent);
+
+/// The name of a run's directory: the process and, because process numbers come round again, its start.
+struct RunName {
+    DWORD processId = 0;
+    unsigned long long startTime = 0;
+
+    static RunName ofThisProcess();
+    /// None for a text that no run has given its directory.
+    static std::optional<RunName> parse(const std::wstring& name);
+
+    std::wstring text() const;
+    bool isRunning() const;
+};
+
+} // namespace host

@@ -1,0 +1,129 @@
+// The one place for temporary files of a run.
+#include "host/TemporaryRoot.h"
+
+#include "SorvaneBase/bxdisk/Disk.h"
+#include "host/HostError.h"
+#include "host/Text.h"
+#include "host/UniqueHandle.h"
+#include "support/TempFolder.h"
+
+#include <gmock/gmock.h>
+
+#include <chrono>
+
+namespace {
+
+using host::RunName;
+using host::TemporaryRoot;
+using testing::ElementsAre;
+
+class TemporaryRootTest : public testing::Test {
+protected:
+    /// A directory such as a run leaves behind.
+    void leave(const std::wstring& name, std::chrono::hours age) {
+        const std::wstring directory = folder / name;
+        ASSERT_TRUE(CreateDirectoryW(directory.c_str(), nullptr));
+        folder.write(name + L"\\page.tif", "x");
+        setAge(directory, age);
+    }
+
+    static void setAge(const std::wstring& directory, std::chrono::hours age) {
+        FILETIME now;
+        GetSystemTimeAsFileTime(&now);
+        ULARGE_INTEGER time{{now.dwLowDateTime, now.dwHighDateTime}};
+        time.QuadPart -= static_cast<ULONGLONG>(age / std::chrono::nanoseconds(100));
+        const FILETIME then{time.LowPart, time.HighPart};
+        const host::UniqueHandle handle(CreateFileW(directory.c_str(), FILE_WRITE_ATTRIBUTES,
+                                                    FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
+                                                    OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
+        ASSERT_TRUE(SetFileTime(handle.get(), nullptr, nullptr, &then));
+    }
+
+    /// The directory of a run whose process number is in use again, by this process.
+    static std::wstring endedRun() {
+        RunName run = RunName::ofThisProcess();
+        --run.startTime;
+        return run.text();
+    }
+
+    test::TempFolder folder;
+};
+
+TEST_F(TemporaryRootTest, TakesTheTemporaryDirectoriesAndRemovesThemAtTheEnd) {
+    std::wstring path;
+    {
+        const TemporaryRoot root(folder / L"a\\b");
+        path = root.path();
+        std::string directory;
+        ASSERT_TRUE(bxdisk::createTempDir("mail", directory));
+        EXPECT_TRUE(host::wide(directory).starts_with(root.path() + L"\\mail"));
+        folder.write(host::wide(directory).substr(folder.path().size() + 1) + L"\\page.tif", "x");
+    }
+    EXPECT_EQ(GetFileAttributesW(path.c_str()), INVALID_FILE_ATTRIBUTES);
+    std::string directory;
+    ASSERT_TRUE(bxdisk::createTempDir("mail", directory));
+    EXPECT_FALSE(host::wide(directory).starts_with(folder.path()));
+    RemoveDirectoryW(host::wide(directory).c_str());
+}
+
+TEST_F(TemporaryRootTest, RemovesWhatACrashedRunLeftMoreThanADayAgo) {
+    leave(endedRun(), std::chrono::hours(25));
+
+    const TemporaryRoot root(folder.path());
+
+    EXPECT_THAT(folder.list(), ElementsAre(RunName::ofThisProcess().text()));
+}
+
+TEST_F(TemporaryRootTest, KeepsWhatIsYoungerThanADay) {
+    leave(endedRun(), std::chrono::hours(23));
+
+    { const TemporaryRoot root(folder.path()); }
+
+    EXPECT_THAT(folder.list(), ElementsAre(endedRun()));
+}
+
+TEST_F(TemporaryRootTest, KeepsAnOldRootIntoWhichSomethingWasPutADayAgoAtMost) {
+    leave(endedRun(), std::chrono::hours(100));
+    leave(endedRun() + L"\\mail", std::chrono::hours(23));
+    setAge(folder / endedRun(), std::chrono::hours(100));
+
+    { const TemporaryRoot root(folder.path()); }
+
+    EXPECT_THAT(folder.list(), ElementsAre(endedRun()));
+}
+
+TEST_F(TemporaryRootTest, KeepsTheRootOfARunningProcessHoweverOld) {
+    // As another run sees ours.
+    const std::wstring own = RunName::ofThisProcess().text();
+    leave(own, std::chrono::hours(1000));
+
+    EXPECT_TRUE(RunName::parse(own)->isRunning());
+    host::removeStaleRoots(folder.path());
+
+    EXPECT_THAT(folder.list(), ElementsAre(own));
+}
+
+TEST_F(TemporaryRootTest, LeavesAloneWhatNoRunHasMade) {
+    leave(L"1234", std::chrono::hours(1000));
+    leave(L"1234-x", std::chrono::hours(1000));
+    leave(L"01234-5", std::chrono::hours(1000));
+    leave(L"important", std::chrono::hours(1000));
+
+    { const TemporaryRoot root(folder.path()); }
+
+    EXPECT_THAT(folder.list(), ElementsAre(L"01234-5", L"1234", L"1234-x", L"important"));
+}
+
+TEST_F(TemporaryRootTest, SaysWhereItCannotBeMade) {
+    folder.write(L"file", "x");
+
+    try {
+        const TemporaryRoot root(folder / L"file");
+        FAIL() << "was made";
+    } catch (const host::HostError& error) {
+        EXPECT_THAT(error.what(),
+                    testing::HasSubstr("The folder for temporary files " + host::utf8(folder / L"file\\")));
+    }
+}
+
+} // namespace
