@@ -67,7 +67,7 @@ private:
 } // namespace
 
 ChildResult runProgram(const std::wstring& program, const std::vector<std::wstring>& arguments) {
-    const std::wstring file = folderOfTests() + program;
+    const std::wstring file = program.find(L':') == std::wstring::npos ? folderOfTests() + program : program;
     std::wstring commandLine = quoted(file);
     for (const std::wstring& argument : arguments)
         commandLine += L' ' + quoted(argument);

@@ -11,7 +11,7 @@ struct ChildResult {
     std::string errors; ///< its standard error
 };
 
-/// Runs `program`, a file name in the folder of the test programs, with the arguments given and no input, and waits
-/// for its end. A program that cannot be started, or has not ended after a minute, fails the test; the latter is
-/// ended first.
+/// Runs `program`, a full path or a file name in the folder of the test programs, with the arguments given and no
+/// input, and waits for its end. A program that cannot be started, or has not ended after a minute, fails the
+/// test; the latter is ended first.
 ChildResult runProgram(const std::wstring& program, const std::vector<std::wstring>& arguments);

@@ -1,0 +1,51 @@
+// What the console program knows about one kind of export.
+#pragma once
+
+#include "host/DialogPilot.h"
+#include "host/FilePage.h"
+
+#include <memory>
+#include <string>
+
+namespace host {
+
+struct Options;
+
+/// Connects the options of the command line with one kind of export: which factory makes it, what is entered
+/// in its dialog, and what can go wrong with it.
+///
+/// Adding a kind of export to the program means one class of these and a line in makeExportTarget().
+class ExportTarget {
+public:
+    virtual ~ExportTarget() = default;
+
+    /// The identifier of the factory.
+    virtual const char* factoryId() const = 0;
+
+    /// Refuses, by throwing HostError, what could not work or would harm a page, before anything is done.
+    virtual void checkBefore(const FilePages& pages) const = 0;
+
+    /// A dialog that has this control is the settings dialog.
+    virtual int tellingControl() const = 0;
+
+    /// Enters the options in the settings dialog. Sends, posts nothing.
+    virtual void fillIn(HWND dialog) const = 0;
+
+    /// Takes note of what the settings dialog holds now.
+    virtual void observe(HWND dialog) = 0;
+
+    /// Refuses, by throwing HostError, what was last observed.
+    virtual void checkObserved(const FilePages& pages) const = 0;
+
+    /// Where the export goes to, for messages: what was last observed, or else what the options say.
+    virtual std::string destination() const = 0;
+
+    /// Why a page that can be read did not get to its destination, as the second half of a sentence.
+    virtual std::string reasonForFailure(const FilePage& page, std::size_t index,
+                                         std::size_t pageCount) const = 0;
+};
+
+/// The kind of export that the options ask for.
+std::unique_ptr<ExportTarget> makeExportTarget(const Options& options);
+
+} // namespace host

@@ -1,0 +1,181 @@
+// The command line of scanexport.
+#include "host/Options.h"
+
+#include "host/HostError.h"
+#include "host/Text.h"
+
+#include <algorithm>
+#include <limits>
+#include <set>
+
+namespace host {
+
+const char helpText[] =
+    R"(Exports scanned pages through the component BasicExport.
+
+  scanexport --to-dir DIR [options] PAGE...
+  scanexport --list
+
+A PAGE is a file, a folder (its images and PDF files, sorted so that 2 comes before 10) or @LIST, a text
+file in UTF-8 with the path of one file on each line. A file whose name begins with "@" is given as .\@NAME.
+
+Export to a directory:
+  --to-dir DIR       writes one file per page into DIR, which is made when it is missing
+  --prefix TEXT      starts each name
+  --digits N         numbers have at least N digits
+  --start N          number of the first page
+  --no-number        no number in the name; for a single page only
+  --parent-name      puts the name of the page's folder before the prefix
+  --overwrite=WHAT   what to do about files that exist: ask (on the console; without one nothing is
+                     overwritten), yes or no (both end the export at the first such file with 2)
+  --show-dialog      fills in the dialog and leaves it to you to change and confirm it
+
+An option that is not given leaves what the dialog offers: what was confirmed last time, and as the prefix
+the name of the first page's folder. --digits and --start switch the number on, should it have been off.
+
+General:
+  --lang LANGUAGE    language of dialogs and questions: en or cs; without it, that of Windows
+  --list             prints the identifier, name and icon size of each kind of export
+  --                 ends the options; what follows are pages
+  --help, --version
+
+Exit codes: 0 done, 1 failed, 2 stopped by the user, 7 wrong usage, 99 crashed.
+)";
+
+namespace {
+
+class Parser {
+public:
+    explicit Parser(const std::vector<std::wstring>& arguments)
+        : next(arguments.begin()), end(arguments.end()) {}
+
+    Options parse() {
+        while (next != end) {
+            const std::wstring argument = *next++;
+            if (argument == L"--") {
+                options.pages.insert(options.pages.end(), next, end);
+                next = end;
+            } else if (argument.starts_with(L"-")) {
+                readOption(argument);
+            } else {
+                options.pages.push_back(argument);
+            }
+        }
+        check();
+        return std::move(options);
+    }
+
+private:
+    void readOption(const std::wstring& argument) {
+        const std::size_t equals = argument.find(L'=');
+        name = argument.substr(0, equals);
+        attached.reset();
+        if (equals != std::wstring::npos)
+            attached = argument.substr(equals + 1);
+        if (!given.insert(name).second)
+            throw UsageError(utf8(name) + " is given twice.");
+
+        DirectoryOptions& directory = options.toDirectory;
+        if (name == L"--to-dir")
+            directory.directory = nonEmptyValue();
+        else if (name == L"--prefix")
+            directory.prefix = value();
+        else if (name == L"--digits")
+            directory.digits = number();
+        else if (name == L"--start")
+            directory.firstNumber = number();
+        else if (name == L"--no-number")
+            directory.noNumber = flag();
+        else if (name == L"--parent-name")
+            directory.useParentFolderName = flag();
+        else if (name == L"--overwrite")
+            options.overwrite = overwrite();
+        else if (name == L"--lang")
+            options.language = nonEmptyValue();
+        else if (name == L"--show-dialog")
+            options.showDialog = flag();
+        else if (name == L"--list")
+            choose(Options::Command::List);
+        else if (name == L"--help")
+            choose(Options::Command::Help);
+        else if (name == L"--version")
+            choose(Options::Command::Version);
+        else
+            throw UsageError("There is no option " + utf8(name) + ".");
+    }
+
+    std::wstring value() {
+        if (attached)
+            return *attached;
+        if (next == end)
+            throw UsageError(utf8(name) + " needs a value.");
+        return *next++;
+    }
+
+    std::wstring nonEmptyValue() {
+        std::wstring text = value();
+        if (text.empty())
+            throw UsageError(utf8(name) + " needs a value that is not empty.");
+        return text;
+    }
+
+    bool flag() const {
+        if (attached)
+            throw UsageError(utf8(name) + " takes no value.");
+        return true;
+    }
+
+    void choose(Options::Command command) {
+        flag();
+        // Whoever asks for help gets it, whatever else stands there.
+        options.command = std::max(options.command, command);
+    }
+
+    int number() {
+        const std::wstring text = value();
+        bool ok = std::all_of(text.begin(), text.end(), [](wchar_t c) { return c >= L'0' && c <= L'9'; });
+        int result = 0;
+        if (ok)
+            result = Sorvane::string2Int(utf8(text), ok);
+        if (!ok)
+            throw UsageError(utf8(name) + " needs a number from 0 to " +
+                             std::to_string(std::numeric_limits<int>::max()) + ", not \"" + utf8(text) +
+                             "\".");
+        return result;
+    }
+
+    Overwrite overwrite() {
+        const std::wstring text = value();
+        if (text == L"ask")
+            return Overwrite::Ask;
+        if (text == L"yes")
+            return Overwrite::Yes;
+        if (text == L"no")
+            return Overwrite::No;
+        throw UsageError("--overwrite is ask, yes or no, not \"" + utf8(text) + "\".");
+    }
+
+    void check() const {
+        if (options.command != Options::Command::Export)
+            return;
+        if (options.toDirectory.directory.empty())
+            throw UsageError("Say where to export to with --to-dir.");
+        if (options.pages.empty())
+            throw UsageError("There are no pages to export.");
+    }
+
+    std::vector<std::wstring>::const_iterator next;
+    std::vector<std::wstring>::const_iterator end;
+    Options options;
+    std::wstring name;
+    std::optional<std::wstring> attached;
+    std::set<std::wstring> given;
+};
+
+} // namespace
+
+Options parseOptions(const std::vector<std::wstring>& arguments) {
+    return Parser(arguments).parse();
+}
+
+} // namespace host

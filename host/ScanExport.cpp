@@ -1,0 +1,332 @@
+// The console program: exports pages through the component.
+#include "host/ScanExport.h"
+
+#include "BXImage/Image.h"
+#include "SorvaneBase/bxdisk/File.h"
+#include "SorvaneBase/bxutils/ResourceManager.h"
+#include "SorvaneCommon/ExportEngine.h"
+#include "afxwin.h"
+#include "host/ComponentModule.h"
+#include "host/ConsoleApplication.h"
+#include "host/DialogPilot.h"
+#include "host/EnginesManager.h"
+#include "host/ExportTarget.h"
+#include "host/HostError.h"
+#include "host/Options.h"
+#include "host/PageList.h"
+#include "host/PrintingErrorSink.h"
+#include "host/Text.h"
+
+#include <commctrl.h>
+
+#include <algorithm>
+#include <optional>
+#include <utility>
+
+namespace host {
+namespace {
+
+using SorvaneCommon::ExportEngine;
+using SorvaneCommon::ExportEngineFactory;
+
+// A dialog that nobody is there to answer must not hold up the program for ever.
+constexpr std::chrono::seconds unattendedLimit{60};
+
+/// Says on a watched console which page is being exported, and takes the line away before anything else is
+/// said.
+class ProgressConsole : public Console {
+public:
+    explicit ProgressConsole(Console& console) : console(console) {}
+
+    void showProgress(const std::string& text) {
+        if (!console.isWatched())
+            return;
+        clearProgress();
+        console.print(text);
+        shown = text.size();
+    }
+
+    void clearProgress() {
+        if (!shown)
+            return;
+        std::string blanks(std::exchange(shown, 0) + 2, ' ');
+        blanks.front() = blanks.back() = '\r';
+        console.print(blanks);
+    }
+
+    void print(const std::string& text) override {
+        clearProgress();
+        console.print(text);
+    }
+    void printError(const std::string& text) override {
+        clearProgress();
+        console.printError(text);
+    }
+    bool isWatched() const override { return console.isWatched(); }
+    bool canAsk() const override { return console.canAsk(); }
+    std::optional<std::string> ask(const std::string& question) override {
+        clearProgress();
+        return console.ask(question);
+    }
+
+private:
+    Console& console;
+    std::size_t shown = 0;
+};
+
+/// Knows which page the engine is at.
+class PagePosition : public PageWatcher {
+public:
+    PagePosition(const FilePages& pages, ProgressConsole& console) : pages(pages), console(console) {}
+
+    void pageAsked(const FilePage& page) override {
+        if (started && pages[index].get() == &page)
+            return;
+        started = true;
+        // Pages come in their order, so the next one is nearly always the right one.
+        const auto from = pages.begin() + static_cast<std::ptrdiff_t>(std::min(index, pages.size()));
+        const auto isPage = [&page](const auto& other) { return other.get() == &page; };
+        auto found = std::find_if(from, pages.end(), isPage);
+        if (found == pages.end())
+            found = std::find_if(pages.begin(), from, isPage);
+        index = static_cast<std::size_t>(found - pages.begin());
+        console.showProgress("Exporting page " + std::to_string(index + 1) + " of " +
+                             std::to_string(pages.size()));
+    }
+
+    /// None before the first page.
+    std::optional<std::size_t> current() const { return started ? std::optional(index) : std::nullopt; }
+
+private:
+    const FilePages& pages;
+    ProgressConsole& console;
+    std::size_t index = 0;
+    bool started = false;
+};
+
+std::wstring languageFile(const Surroundings& surroundings, const std::wstring& language) {
+    return surroundings.programFolder + L"\\lang\\" + language + L".ini";
+}
+
+void loadLanguage(const Options& options, const Surroundings& surroundings) {
+    const bool czech = PRIMARYLANGID(GetUserDefaultUILanguage()) == LANG_CZECH;
+    const std::wstring language = options.language.value_or(czech ? L"cs" : L"en");
+    const bool isCode =
+        std::ranges::all_of(language, [](wchar_t c) { return (c >= L'a' && c <= L'z') || c == L'-'; });
+    const std::wstring file = languageFile(surroundings, language);
+    if (options.language && (!isCode || !bxdisk::File(file).exists()))
+        throw UsageError("There is no language \"" + utf8(language) + "\".");
+    if (!bxutils::getResourceManager()->loadLanguageFile(file))
+        throw HostError("The language file " + utf8(file) + " cannot be read.");
+}
+
+/// A message box of the component, answered in the way that changes nothing.
+std::string dismiss(HWND box) {
+    std::string text = utf8(messageBoxText(box));
+    std::replace(text.begin(), text.end(), '\n', ' ');
+    for (int answer : {IDCANCEL, IDNO, IDABORT, IDOK}) {
+        if (HWND button = GetDlgItem(box, answer); button && IsWindowVisible(button)) {
+            PostMessageW(button, BM_CLICK, 0, 0);
+            break;
+        }
+    }
+    return text;
+}
+
+class ExportRun {
+public:
+    ExportRun(const Options& options, ProgressConsole& console, const FilePages& pages,
+              PagePosition& position)
+        : options(options), console(console), pages(pages), position(position),
+          target(makeExportTarget(options)) {}
+
+    void checkBefore() const { target->checkBefore(pages); }
+
+    int run(const EnginesManager& manager, const ConsoleApplication& application) {
+        ExportEngineFactory* factory = manager.findFactory(target->factoryId());
+        if (!factory || !factory->isAvailable())
+            throw HostError("The component does not offer this kind of export.");
+
+        OwnerWindow owner;
+        bxbase::Reference<ExportEngine> engine;
+        if (!factory->createEngine(&owner, engine))
+            throw HostError("The component did not make an engine for this kind of export.");
+        for (const auto& page : pages)
+            engine->addData(page.get());
+
+        const bool confirmed = options.showDialog ? showToPerson(*engine) : confirmForPerson(*engine);
+        if (!confirmed)
+            return exitStopped;
+        target->checkObserved(pages);
+        const int code = exportPages(*engine);
+        if (code == exitStopped && application.hasProtectedPage())
+            return exitFailed;
+        if (code == exitDone && console.isWatched())
+            console.print(std::to_string(pages.size()) + (pages.size() == 1 ? " page" : " pages") +
+                          " exported to " + target->destination() + ".\n");
+        return code;
+    }
+
+private:
+    /// Owns the engine's windows; never seen itself.
+    class OwnerWindow : public CWnd {
+    public:
+        OwnerWindow() {
+            CreateEx(0, AfxRegisterWndClass(0), L"scanexport", WS_POPUP, 0, 0, 0, 0, nullptr, nullptr);
+        }
+        ~OwnerWindow() override { DestroyWindow(); }
+    };
+
+    bool isSettingsDialog(HWND window) const {
+        return windowClass(window) == L"#32770" && GetDlgItem(window, target->tellingControl());
+    }
+
+    bool showToPerson(ExportEngine& engine) {
+        DialogPilot pilot;
+        pilot.then(
+            "the settings dialog", [this](HWND window) { return isSettingsDialog(window); },
+            [this](HWND dialog) {
+                target->fillIn(dialog);
+                return SetWindowSubclass(dialog, observeConfirmation, 0,
+                                         reinterpret_cast<DWORD_PTR>(target.get())) != FALSE;
+            });
+        return engine.showDialog();
+    }
+
+    /// Sees the person press OK before the dialog does, while the entries are still there.
+    static LRESULT CALLBACK observeConfirmation(HWND dialog, UINT message, WPARAM wParam, LPARAM lParam,
+                                                UINT_PTR id, DWORD_PTR target) noexcept {
+        if (message == WM_COMMAND && wParam == MAKEWPARAM(IDOK, BN_CLICKED))
+            reinterpret_cast<ExportTarget*>(target)->observe(dialog);
+        if (message == WM_NCDESTROY)
+            RemoveWindowSubclass(dialog, observeConfirmation, id);
+        return DefSubclassProc(dialog, message, wParam, lParam);
+    }
+
+    bool confirmForPerson(ExportEngine& engine) {
+        std::string refusal;
+        DialogPilot pilot(unattendedLimit);
+        pilot.always(anyMessageBox(), [&](HWND box) {
+            refusal = "The export to " + target->destination() + " is not possible: " + dismiss(box);
+            return true;
+        });
+        pilot.then(
+            "the settings dialog", [this](HWND window) { return isSettingsDialog(window); },
+            [&](HWND dialog) {
+                target->fillIn(dialog);
+                target->observe(dialog);
+                try {
+                    target->checkObserved(pages);
+                } catch (const HostError& error) {
+                    refusal = error.what();
+                }
+                return click(refusal.empty() ? IDOK : IDCANCEL)(dialog);
+            });
+        // The dialog stays open behind a message box.
+        pilot.always([&](HWND window) { return !refusal.empty() && isSettingsDialog(window); },
+                     click(IDCANCEL));
+        const bool confirmed = engine.showDialog();
+        if (!refusal.empty())
+            throw HostError(refusal);
+        if (!confirmed)
+            throw HostError("The settings dialog could not be confirmed: " + pilot.failure() + ".");
+        return true;
+    }
+
+    int exportPages(ExportEngine& engine) {
+        DialogPilot pilot(unattendedLimit);
+        pilot.always(anyMessageBox(), [this](HWND box) {
+            console.printError("scanexport: " + dismiss(box) + "\n");
+            return true;
+        });
+        PrintingErrorSink errors(console, [this](const std::string& message) { return explain(message); });
+        return engine.exportData(nullptr, errors);
+    }
+
+    std::string explain(const std::string& message) const {
+        const auto index = position.current();
+        if (!index)
+            return "The export to " + target->destination() + " failed: " + message + ".";
+        const FilePage& page = *pages[*index];
+        std::string failure;
+        try {
+            checkPageFile(page.path());
+            failure = "The page " + utf8(page.path()) +
+                      " was not exported: " + target->reasonForFailure(page, *index, pages.size()) + ".";
+        } catch (const HostError& error) {
+            failure = error.what();
+        }
+        return failure;
+    }
+
+    const Options& options;
+    ProgressConsole& console;
+    const FilePages& pages;
+    PagePosition& position;
+    std::unique_ptr<ExportTarget> target;
+};
+
+void printList(Console& console, const EnginesManager& manager) {
+    for (const auto& factory : manager.getFactories()) {
+        bxbase::Reference<BXImage::Image> icon;
+        const std::string size = factory->getIcon(icon) ? std::to_string(icon->getWidth()) + "x" +
+                                                              std::to_string(icon->getHeight())
+                                                        : "no icon";
+        console.print(std::string(factory->getId()) + "\t" + factory->getName() + "\t" + size + "\n");
+    }
+}
+
+int runCommand(const Options& options, ProgressConsole& console, const Surroundings& surroundings) {
+    loadLanguage(options, surroundings);
+    const bool exports = options.command == Options::Command::Export;
+
+    // The watcher is made before the pages that it looks at, and they before everything that holds them.
+    PageList list;
+    PagePosition position(list.pages, console);
+    if (exports)
+        list = collectPages(options.pages, &position);
+    for (const std::string& remark : list.remarks)
+        console.printError("scanexport: " + remark + "\n");
+    if (exports && list.pages.empty())
+        throw HostError("There are no pages to export.");
+    std::optional<ExportRun> run;
+    if (exports)
+        run.emplace(options, console, list.pages, position).checkBefore();
+
+    const TemporaryRoot temporaryRoot(surroundings.temporaryFolder);
+    ConsoleApplication application(surroundings.baseRegistryPath, console, options.overwrite, list.pages);
+    EnginesManager manager;
+    const ComponentModule component(surroundings.programFolder + L"\\BasicExport.dll", manager);
+    if (exports)
+        return run->run(manager, application);
+    printList(console, manager);
+    return exitDone;
+}
+
+} // namespace
+
+int runScanExport(const std::vector<std::wstring>& arguments, Console& console,
+                  const Surroundings& surroundings) {
+    ProgressConsole progress(console);
+    try {
+        const Options options = parseOptions(arguments);
+        switch (options.command) {
+        case Options::Command::Help:
+            console.print(helpText);
+            return exitDone;
+        case Options::Command::Version:
+            console.print("scanexport " SCANEXPORT_VERSION "\n");
+            return exitDone;
+        default:
+            return runCommand(options, progress, surroundings);
+        }
+    } catch (const UsageError& error) {
+        progress.printError("scanexport: " + std::string(error.what()) + " (--help explains the usage.)\n");
+        return exitUsage;
+    } catch (const std::exception& error) {
+        progress.printError("scanexport: " + std::string(error.what()) + "\n");
+        return exitFailed;
+    }
+}
+
+} // namespace host

@@ -1,0 +1,28 @@
+// The console program: exports pages through the component.
+#pragma once
+
+#include "host/Console.h"
+#include "host/HostApplication.h"
+#include "host/TemporaryRoot.h"
+
+#include <string>
+#include <vector>
+
+namespace host {
+
+enum ExitCode { exitDone = 0, exitFailed = 1, exitStopped = 2, exitUsage = 7 };
+
+/// What is around the program.
+struct Surroundings {
+    /// Holds the component and, in "lang", the language files.
+    std::wstring programFolder;
+    std::wstring baseRegistryPath = HostApplication::defaultBasePath;
+    std::wstring temporaryFolder = TemporaryRoot::defaultParent();
+};
+
+/// Runs the program and gives its exit code. Everything it says goes to the console.
+/// @param arguments  without the program's name
+int runScanExport(const std::vector<std::wstring>& arguments, Console& console,
+                  const Surroundings& surroundings);
+
+} // namespace host

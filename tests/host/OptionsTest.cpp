@@ -1,0 +1,136 @@
+// The command line of scanexport.
+#include "host/Options.h"
+
+#include "host/HostError.h"
+#include "host/Text.h"
+
+#include <gmock/gmock.h>
+
+#include <ostream>
+
+namespace {
+
+using host::Options;
+using host::Overwrite;
+using host::parseOptions;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::Optional;
+
+using Arguments = std::vector<std::wstring>;
+
+TEST(OptionsTest, PagesKeepTheirOrderAmongOptions) {
+    const Options options = parseOptions({L"b.tif", L"--to-dir", L"out", L"a.tif", L"@list"});
+
+    EXPECT_EQ(options.command, Options::Command::Export);
+    EXPECT_EQ(options.toDirectory.directory, L"out");
+    EXPECT_THAT(options.pages, ElementsAre(L"b.tif", L"a.tif", L"@list"));
+}
+
+TEST(OptionsTest, WhatIsNotGivenStaysOpen) {
+    const Options options = parseOptions({L"--to-dir", L"out", L"a.tif"});
+
+    EXPECT_FALSE(options.toDirectory.prefix);
+    EXPECT_FALSE(options.toDirectory.digits);
+    EXPECT_FALSE(options.toDirectory.firstNumber);
+    EXPECT_FALSE(options.toDirectory.noNumber);
+    EXPECT_FALSE(options.toDirectory.useParentFolderName);
+    EXPECT_EQ(options.overwrite, Overwrite::Ask);
+    EXPECT_FALSE(options.language);
+    EXPECT_FALSE(options.showDialog);
+}
+
+TEST(OptionsTest, ReadsEveryOptionWithTheValueBehindIt) {
+    const Options options = parseOptions(
+        {L"--to-dir", L"out", L"--prefix", L"Účet", L"--digits", L"3", L"--start", L"007", L"--no-number",
+         L"--parent-name", L"--overwrite", L"yes", L"--lang", L"cs", L"--show-dialog", L"a.tif"});
+
+    EXPECT_EQ(options.toDirectory.directory, L"out");
+    EXPECT_THAT(options.toDirectory.prefix, Optional(std::wstring(L"Účet")));
+    EXPECT_THAT(options.toDirectory.digits, Optional(3));
+    EXPECT_THAT(options.toDirectory.firstNumber, Optional(7));
+    EXPECT_TRUE(options.toDirectory.noNumber);
+    EXPECT_TRUE(options.toDirectory.useParentFolderName);
+    EXPECT_EQ(options.overwrite, Overwrite::Yes);
+    EXPECT_THAT(options.language, Optional(std::wstring(L"cs")));
+    EXPECT_TRUE(options.showDialog);
+}
+
+TEST(OptionsTest, ReadsTheValueAttachedWithAnEqualsSign) {
+    const Options options =
+        parseOptions({L"--to-dir=C:\\a=b", L"--prefix=", L"--overwrite=no", L"--start=2147483647", L"a.tif"});
+
+    EXPECT_EQ(options.toDirectory.directory, L"C:\\a=b");
+    EXPECT_THAT(options.toDirectory.prefix, Optional(std::wstring()));
+    EXPECT_EQ(options.overwrite, Overwrite::No);
+    EXPECT_THAT(options.toDirectory.firstNumber, Optional(2147483647));
+}
+
+TEST(OptionsTest, TakesAnOptionsValueEvenWhenItLooksLikeAnOption) {
+    EXPECT_THAT(parseOptions({L"--prefix", L"--", L"--to-dir", L"out", L"a.tif"}).toDirectory.prefix,
+                Optional(std::wstring(L"--")));
+}
+
+TEST(OptionsTest, EverythingBehindTwoDashesIsAPage) {
+    const Options options = parseOptions({L"--to-dir", L"out", L"--", L"--list", L"-x.tif", L"--"});
+
+    EXPECT_EQ(options.command, Options::Command::Export);
+    EXPECT_THAT(options.pages, ElementsAre(L"--list", L"-x.tif", L"--"));
+}
+
+TEST(OptionsTest, ListHelpAndVersionNeedNeitherTargetNorPages) {
+    EXPECT_EQ(parseOptions({L"--list"}).command, Options::Command::List);
+    EXPECT_EQ(parseOptions({L"--help"}).command, Options::Command::Help);
+    EXPECT_EQ(parseOptions({L"--version"}).command, Options::Command::Version);
+}
+
+struct WrongUsage {
+    const char* name;
+    Arguments arguments;
+    const char* sentence;
+};
+
+void PrintTo(const WrongUsage& usage, std::ostream* stream) {
+    *stream << usage.name;
+}
+
+class WrongUsageTest : public testing::TestWithParam<WrongUsage> {};
+
+TEST_P(WrongUsageTest, IsToldInASentence) {
+    try {
+        parseOptions(GetParam().arguments);
+        FAIL() << "was accepted";
+    } catch (const host::UsageError& error) {
+        EXPECT_STREQ(error.what(), GetParam().sentence);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Options, WrongUsageTest,
+    testing::Values(
+        WrongUsage{"Nothing", {}, "Say where to export to with --to-dir."},
+        WrongUsage{"NoTarget", {L"a.tif"}, "Say where to export to with --to-dir."},
+        WrongUsage{"NoPages", {L"--to-dir", L"out"}, "There are no pages to export."},
+        WrongUsage{"UnknownOption", {L"--to-disk", L"out"}, "There is no option --to-disk."},
+        WrongUsage{"UnknownOptionWithValue", {L"--größe=3"}, "There is no option --größe."},
+        WrongUsage{"SingleDash", {L"-o", L"out"}, "There is no option -o."},
+        WrongUsage{"DirectoryMissing", {L"a.tif", L"--to-dir"}, "--to-dir needs a value."},
+        WrongUsage{"DirectoryEmpty", {L"a.tif", L"--to-dir="}, "--to-dir needs a value that is not empty."},
+        WrongUsage{"DirectoryTwice", {L"--to-dir", L"a", L"--to-dir=b"}, "--to-dir is given twice."},
+        WrongUsage{"FlagTwice", {L"--no-number", L"--no-number"}, "--no-number is given twice."},
+        WrongUsage{"FlagWithValue", {L"--no-number=1"}, "--no-number takes no value."},
+        WrongUsage{"ListWithValue", {L"--list=all"}, "--list takes no value."},
+        WrongUsage{"NegativeNumber",
+                   {L"--digits", L"-1"},
+                   "--digits needs a number from 0 to 2147483647, not \"-1\"."},
+        WrongUsage{
+            "NumberWithLetters", {L"--start=1a"}, "--start needs a number from 0 to 2147483647, not \"1a\"."},
+        WrongUsage{"EmptyNumber", {L"--start="}, "--start needs a number from 0 to 2147483647, not \"\"."},
+        WrongUsage{"NumberTooLarge",
+                   {L"--start", L"2147483648"},
+                   "--start needs a number from 0 to 2147483647, not \"2147483648\"."},
+        WrongUsage{
+            "OverwriteUnknown", {L"--overwrite=maybe"}, "--overwrite is ask, yes or no, not \"maybe\"."}),
+    [](const auto& parameter) { return parameter.param.name; });
+
+} // namespace

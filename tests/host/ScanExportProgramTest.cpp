@@ -1,0 +1,253 @@
+// scanexport.exe as a program: what it prints, writes, remembers and ends with.
+#include "host/CommandLinePath.h"
+#include "host/CurrentDirectory.h"
+#include "host/HostApplication.h"
+#include "host/Text.h"
+#include "host/UniqueHandle.h"
+#include "support/ChildProcess.h"
+#include "support/ScopedRegistryKey.h"
+#include "support/TempFolder.h"
+
+#include <gmock/gmock.h>
+
+#include <windows.h>
+
+namespace {
+
+using host::utf8;
+using testing::AllOf;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::MatchesRegex;
+using testing::StartsWith;
+
+/// Gives an environment variable, which programs inherit, another value for the time of its life.
+class ScopedVariable {
+public:
+    ScopedVariable(const wchar_t* name, const std::wstring& value) : name(name) {
+        GetEnvironmentVariableW(name, before, MAX_PATH);
+        SetEnvironmentVariableW(name, value.c_str());
+    }
+    ~ScopedVariable() { SetEnvironmentVariableW(name, before); }
+    ScopedVariable(const ScopedVariable&) = delete;
+    ScopedVariable& operator=(const ScopedVariable&) = delete;
+
+private:
+    const wchar_t* name;
+    wchar_t before[MAX_PATH] = {};
+};
+
+class ScanExportProgramTest : public testing::Test {
+protected:
+    ScanExportProgramTest() {
+        for (const wchar_t* name : {L"Faktury", L"temp", L"local"})
+            CreateDirectoryW((folder / name).c_str(), nullptr);
+    }
+
+    std::wstring addPage(const std::wstring& name, const std::string& data = "data") {
+        return folder.write(L"Faktury\\" + name, data);
+    }
+
+    ChildResult run(std::vector<std::wstring> arguments) {
+        arguments.insert(arguments.begin(), {L"--lang", L"en"});
+        return runProgram(program, arguments);
+    }
+
+    ChildResult exportTo(const std::wstring& target, std::vector<std::wstring> arguments) {
+        arguments.insert(arguments.begin(),
+                         {L"--to-dir", target, L"--prefix", L"Faktura", L"--digits", L"3"});
+        return run(std::move(arguments));
+    }
+
+    std::string outFile(const std::wstring& name) const { return test::readFile(out + L"\\" + name); }
+
+    /// From now on runs a copy of the program whose component is one of those for tests.
+    void replaceComponent(const std::wstring& name) {
+        CreateDirectoryW((folder / L"bin").c_str(), nullptr);
+        CreateDirectoryW((folder / L"bin\\lang").c_str(), nullptr);
+        for (const wchar_t* file :
+             {L"scanexport.exe", L"toolkit.dll", L"SorvaneCommon.dll", L"SorvaneBase.dll", L"BXImage.dll",
+              L"libstdc++-6.dll", L"libgcc_s_seh-1.dll", L"libwinpthread-1.dll", L"lang\\en.ini"})
+            ASSERT_TRUE(
+                CopyFileW((programFolder() + file).c_str(), (folder / L"bin\\" + file).c_str(), TRUE));
+        ASSERT_TRUE(
+            CopyFileW((host::fullPathOf(host::wide(TEST_COMPONENTS)) + L"\\" + name + L".dll").c_str(),
+                      (folder / L"bin\\BasicExport.dll").c_str(), TRUE));
+        program = folder / L"bin\\scanexport.exe";
+    }
+
+    static std::wstring programFolder() {
+        wchar_t path[MAX_PATH] = {};
+        GetModuleFileNameW(nullptr, path, MAX_PATH);
+        return std::wstring(path).substr(0, std::wstring(path).find_last_of(L'\\') + 1);
+    }
+
+    const test::TempFolder folder;
+    const std::wstring pages = folder / L"Faktury";
+    const std::wstring out = folder / L"out";
+    const test::ScopedRegistryKey registryKey{std::wstring(L"SOFTWARE\\") +
+                                              host::HostApplication::defaultBasePath};
+    const ScopedVariable temp{L"TEMP", folder / L"temp"};
+    const ScopedVariable tmp{L"TMP", folder / L"temp"};
+    const ScopedVariable local{L"LOCALAPPDATA", folder / L"local"};
+    std::wstring program = L"scanexport.exe";
+};
+
+TEST_F(ScanExportProgramTest, ExportsPagesAndRemembersTheSettings) {
+    addPage(L"page10.jpg", "ten");
+    addPage(L"page2.tif", "two");
+
+    const ChildResult result = exportTo(out, {pages});
+
+    EXPECT_EQ(result.exitCode, 0u);
+    EXPECT_EQ(result.output, "");
+    EXPECT_EQ(result.errors, "");
+    EXPECT_EQ(outFile(L"Faktura001.tif"), "two");
+    EXPECT_EQ(outFile(L"Faktura002.jpg"), "ten");
+
+    HKEY key = nullptr;
+    ASSERT_EQ(RegOpenKeyExW(HKEY_CURRENT_USER, L"SOFTWARE\\Sorvane\\ScanHost\\1.0\\Components\\BasicExport",
+                            0, KEY_READ, &key),
+              ERROR_SUCCESS);
+    DWORD values = 0;
+    RegQueryInfoKeyW(key, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, &values, nullptr, nullptr,
+                     nullptr, nullptr);
+    EXPECT_EQ(values, 5u);
+    wchar_t text[MAX_PATH] = {};
+    DWORD size = sizeof text;
+    EXPECT_EQ(RegGetValueW(key, nullptr, L"ExportPath", RRF_RT_REG_SZ, nullptr, text, &size), ERROR_SUCCESS);
+    EXPECT_EQ(text, out);
+    RegCloseKey(key);
+}
+
+TEST_F(ScanExportProgramTest, EndsWith2AndChangesNothingAtADeclinedOverwrite) {
+    addPage(L"a.tif", "old");
+    ASSERT_EQ(exportTo(out, {pages}).exitCode, 0u);
+    addPage(L"a.tif", "new");
+
+    EXPECT_EQ(exportTo(out, {L"--overwrite=no", pages}).exitCode, 2u);
+    EXPECT_EQ(exportTo(out, {pages}).exitCode, 2u) << "nobody is there to be asked";
+    EXPECT_EQ(outFile(L"Faktura001.tif"), "old");
+
+    EXPECT_EQ(exportTo(out, {L"--overwrite=yes", pages}).exitCode, 0u);
+    EXPECT_EQ(outFile(L"Faktura001.tif"), "new");
+}
+
+TEST_F(ScanExportProgramTest, PrintsUtf8ToFilesAndPipes) {
+    const ChildResult result = exportTo(out, {pages + L"\\žluťoučký kůň 🐴.tif"});
+
+    EXPECT_EQ(result.exitCode, 1u);
+    EXPECT_EQ(result.errors, "scanexport: The page " + utf8(pages) +
+                                 "\\žluťoučký kůň 🐴.tif cannot be exported: it does not exist.\n");
+}
+
+TEST_F(ScanExportProgramTest, EndsWith7AtWrongUsage) {
+    const ChildResult result = run({L"--to-disk", L"x"});
+
+    EXPECT_EQ(result.exitCode, 7u);
+    EXPECT_EQ(result.errors, "scanexport: There is no option --to-disk. (--help explains the usage.)\n");
+    EXPECT_EQ(result.output, "");
+}
+
+TEST_F(ScanExportProgramTest, PrintsHelpVersionAndListToItsOutput) {
+    EXPECT_THAT(run({L"--help"}).output, StartsWith("Exports scanned pages"));
+    EXPECT_THAT(run({L"--version"}).output, StartsWith("scanexport "));
+    const ChildResult list = runProgram(program, {L"--list", L"--lang=cs"});
+    EXPECT_EQ(list.exitCode, 0u);
+    EXPECT_THAT(list.output,
+                HasSubstr("com.brellix.sorvane.exportdata-factory.dir.file\tExport do složky\t32x32\n"));
+    EXPECT_EQ(list.errors, "");
+}
+
+TEST_F(ScanExportProgramTest, TakesUnixPathsUnderWineWhateverTheCurrentDrive) {
+    using GetUnixFileName = char*(CDECL*)(const wchar_t*);
+    const auto getUnixFileName = reinterpret_cast<GetUnixFileName>(reinterpret_cast<void*>(
+        GetProcAddress(GetModuleHandleW(L"kernel32.dll"), "wine_get_unix_file_name")));
+    if (!getUnixFileName)
+        GTEST_SKIP() << "there are no Unix paths on Windows";
+    char* allocated = getUnixFileName(folder.path().c_str());
+    std::wstring unixFolder = host::wide(allocated);
+    HeapFree(GetProcessHeap(), 0, allocated);
+    // A person writes the real name of drive C's folder rather than Wine's link to it.
+    constexpr std::wstring_view link = L"/dosdevices/c:/";
+    ASSERT_NE(unixFolder.find(link), std::wstring::npos);
+    unixFolder.replace(unixFolder.find(link), link.size(), L"/drive_c/");
+    addPage(L"č.tif", "data");
+    const std::wstring list = folder.write(L"list", utf8(unixFolder) + "/Faktury/č.tif\n");
+    const test::CurrentDirectory driveC(L"C:\\");
+
+    const ChildResult result =
+        exportTo(unixFolder + L"/out/",
+                 {unixFolder + L"/Faktury", unixFolder + L"/Faktury/č.tif", L"@" + unixFolder + L"/list"});
+
+    EXPECT_EQ(result.errors, "");
+    EXPECT_EQ(result.exitCode, 0u);
+    for (const wchar_t* name : {L"Faktura001.tif", L"Faktura002.tif", L"Faktura003.tif"})
+        EXPECT_EQ(outFile(name), "data");
+}
+
+TEST_F(ScanExportProgramTest, LogsWhatTheEngineReports) {
+    addPage(L"a.tif", "old");
+    ASSERT_EQ(exportTo(out, {pages}).exitCode, 0u);
+    {
+        const host::UniqueHandle lock(CreateFileW((out + L"\\Faktura001.tif").c_str(), GENERIC_READ, 0,
+                                                  nullptr, OPEN_EXISTING, 0, nullptr));
+        ASSERT_TRUE(lock);
+        EXPECT_EQ(exportTo(out, {L"--overwrite=yes", pages}).exitCode, 1u);
+    }
+    EXPECT_EQ(outFile(L"Faktura001.tif"), "old");
+    EXPECT_THAT(
+        test::readFile(folder / L"local\\Sorvane\\ScanHost\\ScanHost.log"),
+        AllOf(HasSubstr("Failed to export file"), HasSubstr("Components/BasicExport/ExportToDirectory")));
+}
+
+TEST_F(ScanExportProgramTest, LeavesNoTemporaryFiles) {
+    addPage(L"a.tif");
+
+    ASSERT_EQ(exportTo(out, {pages}).exitCode, 0u);
+
+    EXPECT_FALSE(RemoveDirectoryW((folder / L"temp").c_str())) << "the temporary root was made elsewhere";
+    EXPECT_TRUE(RemoveDirectoryW((folder / L"temp\\Sorvane\\ScanHost").c_str())) << "it is not empty";
+}
+
+TEST_F(ScanExportProgramTest, AComponentWithoutThisKindOfExportIsToldAbout) {
+    addPage(L"a.tif");
+    replaceComponent(L"RegistersNothing");
+
+    const ChildResult result = exportTo(out, {pages});
+
+    EXPECT_EQ(result.exitCode, 1u);
+    EXPECT_EQ(result.errors, "scanexport: The component does not offer this kind of export.\n");
+    EXPECT_EQ(run({L"--list"}).output, "");
+}
+
+TEST_F(ScanExportProgramTest, ABrokenComponentIsToldAbout) {
+    replaceComponent(L"RefusesToStart");
+
+    const ChildResult result = run({L"--list"});
+
+    EXPECT_EQ(result.exitCode, 1u);
+    EXPECT_EQ(result.errors, "scanexport: The component " + folder.utf8() +
+                                 "\\bin\\BasicExport.dll cannot be loaded: it refused to start.\n");
+}
+
+TEST_F(ScanExportProgramTest, ACrashEndsItWithOneSentence) {
+    replaceComponent(L"Crashes");
+
+    const ChildResult result = run({L"--list"});
+
+    EXPECT_EQ(result.exitCode, 99u);
+    EXPECT_THAT(result.errors,
+                MatchesRegex("scanexport: Crashed with exception 0xc0000005 at BasicExport.dll.0x\\w+\\.\n"));
+}
+
+TEST_F(ScanExportProgramTest, AnExceptionThatNobodyCatchesEndsItWithOneSentence) {
+    replaceComponent(L"Throws");
+
+    const ChildResult result = run({L"--list"});
+
+    EXPECT_EQ(result.exitCode, 99u);
+    EXPECT_EQ(result.errors, "scanexport: Crashed with an exception that nobody caught.\n");
+}
+
+} // namespace
