@@ -1,0 +1,75 @@
+// The README's example of a host: it works, and the README shows it as it is.
+#include "docs/ReadmeHost.h"
+
+#include "host/DialogPilot.h"
+#include "host/Options.h"
+#include "support/ScopedRegistryKey.h"
+#include "support/TempFolder.h"
+
+#include "afxwin.h"
+
+#include <gmock/gmock.h>
+
+#include <windows.h>
+
+#include <algorithm>
+#include <cwchar>
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+namespace {
+
+std::wstring programFolder() {
+    wchar_t path[MAX_PATH];
+    GetModuleFileNameW(nullptr, path, MAX_PATH);
+    return std::wstring(path, std::wcsrchr(path, L'\\'));
+}
+
+std::string sourceFile(const std::wstring& name) {
+    std::wstring path = PROJECT_FOLDER L"/" + name;
+    std::replace(path.begin(), path.end(), L'/', L'\\');
+    return test::readFile(path);
+}
+
+std::string between(const std::string& text, const std::string& begin, const std::string& end) {
+    const std::size_t from = text.find(begin);
+    const std::size_t to = text.find(end, from + begin.size());
+    if (from == std::string::npos || to == std::string::npos)
+        return {};
+    return text.substr(from + begin.size(), to - from - begin.size());
+}
+
+} // namespace
+
+TEST(ReadmeTest, ShowsTheExampleAsItIsCompiled) {
+    const std::string example =
+        between(sourceFile(L"tests/docs/ReadmeHost.cpp"), "// README: begin\n", "// README: end\n");
+    ASSERT_THAT(example, HasSubstr("exportScans"));
+
+    EXPECT_EQ(between(sourceFile(L"README.md"), "```cpp\n", "```"), example);
+}
+
+TEST(ReadmeTest, ShowsTheHelpAsItIsPrinted) {
+    EXPECT_EQ(between(sourceFile(L"README.md"), "```text\n", "```"), host::helpText);
+}
+
+TEST(ReadmeTest, ItsExampleExportsTheScansOfAFolder) {
+    const test::ScopedRegistryKey rememberedSettings(L"SOFTWARE\\Example");
+    const test::TempFolder scans;
+    scans.write(L"Page 2.tif", "second");
+    scans.write(L"Page 10.tif", "tenth");
+    const test::TempFolder target;
+    host::DialogPilot pilot(std::chrono::seconds(20));
+    pilot.then("the settings dialog", host::dialogWith(4006),
+               host::inOrder({host::enterText(4006, target.path()), host::enterText(4008, L"Scan"),
+                              host::enterText(4009, L"1"), host::enterText(4010, L"3"), host::click(IDOK)}));
+    const HWND owner = CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 0, 0, nullptr, nullptr, nullptr, nullptr);
+
+    EXPECT_EQ(exportScans(programFolder(), scans.path(), CWnd::FromHandle(owner)), 0);
+
+    EXPECT_EQ(pilot.failure(), "");
+    EXPECT_THAT(target.list(), ElementsAre(L"Scan001.tif", L"Scan002.tif"));
+    EXPECT_EQ(test::readFile(target / L"Scan002.tif"), "tenth");
+    DestroyWindow(owner);
+}
