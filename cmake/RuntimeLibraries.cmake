@@ -1,5 +1,6 @@
 # Puts the compiler's runtime DLLs beside the programs. They are never linked statically: exceptions that cross
 # from one of our DLLs into another need a runtime that all of them share.
+set(runtime_libraries)
 foreach(name libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll)
     execute_process(
         COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=${name}
@@ -15,4 +16,5 @@ foreach(name libstdc++-6.dll libgcc_s_seh-1.dll libwinpthread-1.dll)
         message(FATAL_ERROR "The compiler's ${name} was not found.")
     endif()
     configure_file("${file}" "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${name}" COPYONLY)
+    list(APPEND runtime_libraries "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/${name}")
 endforeach()

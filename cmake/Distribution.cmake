@@ -1,0 +1,34 @@
+# The target "dist": a portable ZIP of the program folder, dist/BasicExport-VERSION-win64.zip in the build folder.
+set(program_targets scanexport BasicExport BXImage SorvaneBase SorvaneCommon toolkit)
+set(program_files ${runtime_libraries})
+foreach(target IN LISTS program_targets)
+    list(APPEND program_files $<TARGET_FILE:${target}>)
+endforeach()
+
+file(
+    GENERATE
+    OUTPUT ${CMAKE_BINARY_DIR}/distribution.cmake
+    CONTENT
+        "set(PACKAGE ${PROJECT_NAME}-${PROJECT_VERSION}-win64)
+set(PROGRAM_FILES \"${program_files}\")
+set(PROGRAM_FOLDER ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
+set(STRIP ${CMAKE_STRIP})
+set(EMULATOR \"${CMAKE_CROSSCOMPILING_EMULATOR}\")
+"
+)
+set(make_distribution ${CMAKE_COMMAND} -D SETTINGS=${CMAKE_BINARY_DIR}/distribution.cmake)
+
+add_custom_target(
+    dist
+    COMMAND ${make_distribution} -D OUTPUT=${CMAKE_BINARY_DIR}/dist
+            -P ${CMAKE_SOURCE_DIR}/cmake/MakeDistribution.cmake
+    DEPENDS ${program_targets}
+    VERBATIM
+)
+
+add_test(
+    NAME Distribution.RunsFromAFreshFolder
+    COMMAND ${make_distribution} -D OUTPUT=${CMAKE_BINARY_DIR}/dist-test
+            -P ${CMAKE_SOURCE_DIR}/cmake/TestDistribution.cmake
+)
+set_tests_properties(Distribution.RunsFromAFreshFolder PROPERTIES TIMEOUT 120)
