@@ -3,6 +3,8 @@
 
 #include "host/Text.h"
 
+#include <iterator>
+
 namespace host {
 namespace {
 
@@ -51,14 +53,11 @@ bool SystemConsole::canAsk() const {
 
 std::optional<std::string> SystemConsole::ask(const std::string& question) {
     printError(question);
-    std::wstring line;
-    wchar_t character = 0;
+    wchar_t line[256];
     DWORD count = 0;
-    while (ReadConsoleW(input, &character, 1, &count, nullptr) && count) {
-        if (character == L'\n')
-            return utf8(line);
-        if (character != L'\r')
-            line += character;
+    if (ReadConsoleW(input, line, static_cast<DWORD>(std::size(line)), &count, nullptr) && count) {
+        const std::wstring answer(line, count);
+        return utf8(answer.substr(0, answer.find_first_of(L"\r\n")));
     }
     return std::nullopt;
 }
