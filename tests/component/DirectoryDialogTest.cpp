@@ -493,6 +493,7 @@ void pressBrowseButton(HWND window) {
     PostMessageW(edit, WM_LBUTTONUP, 0, MAKELPARAM(inside.x, inside.y));
 }
 
+/// The visible child of this class that holds the text, or null.
 HWND childOfClass(HWND window, const wchar_t* type, const std::wstring& text = {}) {
     struct Search {
         const wchar_t* type;
@@ -503,7 +504,7 @@ HWND childOfClass(HWND window, const wchar_t* type, const std::wstring& text = {
         window,
         [](HWND child, LPARAM data) -> BOOL {
             auto& search = *reinterpret_cast<Search*>(data);
-            if (host::windowClass(child) != search.type ||
+            if (!IsWindowVisible(child) || host::windowClass(child) != search.type ||
                 host::windowText(child).find(search.text) == std::wstring::npos)
                 return TRUE;
             search.found = child;
@@ -570,7 +571,7 @@ TEST_F(BrowseButtonTest, OpensADialogWithTitleEditAndNewFolderButton) {
                    childOfClass(window, L"Static", hostText("Scan", "ScanExport.Directory.FolderForFiles")),
                    nullptr);
                EXPECT_NE(childOfClass(window, L"Edit"), nullptr);
-               EXPECT_NE(GetDlgItem(window, newFolderButtonId), nullptr);
+               EXPECT_TRUE(IsWindowVisible(GetDlgItem(window, newFolderButtonId)));
                return click(IDCANCEL)(window);
            }},
            start);
