@@ -28,7 +28,10 @@ host::DialogPilot::Action posting(UINT message, WPARAM wParam) {
 
 // As the keyboard gives it: to the control that has the focus.
 host::DialogPilot::Action pressing(WPARAM key) {
-    return [=](HWND) { return PostMessage(GetFocus(), WM_KEYDOWN, key, 0) != FALSE; };
+    return [=](HWND dialog) {
+        const HWND focus = GetFocus();
+        return IsChild(dialog, focus) && PostMessage(focus, WM_KEYDOWN, key, 0);
+    };
 }
 
 class DialogEndingTest : public test::SampleDialogTest, public WithParamInterface<Ending> {};
@@ -137,7 +140,9 @@ TEST_F(DialogTest, SelectionReachesItsHandler) {
 }
 
 TEST_F(DialogTest, FirstTabStopHasTheFocus) {
-    showAnd([this] { EXPECT_EQ(CWnd::GetFocus(), &dialog.path); });
+    pilot.then("see the focus", host::dialogTitled(L"Sample"),
+               [this](HWND) { return CWnd::GetFocus() == &dialog.path; });
+    showAnd([] {});
 }
 
 TEST_F(DialogTest, KeepsTheTemplatesFrameWithoutLayout) {
