@@ -82,8 +82,8 @@ int getNumber(const CWnd& edit) {
 
 ExportDirectoryDialog::ExportDirectoryDialog(CWnd* parent, const ExportUtils::ExportEngineBase::Pages* pages)
     : CBCGPDialog(IDD, parent), pages(pages) {
-    EnableLayout(TRUE, NULL, TRUE);
-    EnableVisualManagerStyle(TRUE, FALSE, NULL);
+    EnableLayout(TRUE, nullptr, TRUE);
+    EnableVisualManagerStyle(TRUE, FALSE, nullptr);
 }
 
 void ExportDirectoryDialog::DoDataExchange(CDataExchange* pDX) {

@@ -48,7 +48,7 @@ public:
         read<DWORD>(); // help
         extendedStyle = read<DWORD>();
         style = read<DWORD>();
-        const WORD count = read<WORD>();
+        const auto count = read<WORD>();
         rect = {read<short>(), read<short>(), read<short>(), read<short>()};
         menu = readText();
         windowClass = readText();

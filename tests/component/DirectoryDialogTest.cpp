@@ -8,7 +8,6 @@
 
 using host::anyMessageBox;
 using host::click;
-using host::dialogTitled;
 using host::dialogWith;
 using host::enterText;
 using host::inOrder;

@@ -48,7 +48,7 @@ std::optional<RawValue> readValue(const std::wstring& key, const std::wstring& n
     HKEY opened = nullptr;
     if (RegOpenKeyExW(HKEY_CURRENT_USER, key.c_str(), 0, KEY_QUERY_VALUE, &opened) != ERROR_SUCCESS)
         return std::nullopt;
-    std::string buffer(128 * 1024, '\0');
+    std::string buffer(131072, '\0');
     auto size = static_cast<DWORD>(buffer.size());
     RawValue value;
     const LSTATUS status = RegQueryValueExW(opened, name.c_str(), nullptr, &value.type,
