@@ -33,7 +33,7 @@ std::wstring fromUnixPath(const std::wstring& path) {
 } // namespace
 
 std::wstring fullPathOf(const std::wstring& typed) {
-    const std::wstring path = typed.starts_with(L"/") ? fromUnixPath(typed) : typed;
+    std::wstring path = typed.starts_with(L"/") ? fromUnixPath(typed) : typed;
     std::wstring full(MAX_PATH, L'\0');
     for (;;) {
         const DWORD length =

@@ -5,6 +5,7 @@
 #include "host/Text.h"
 
 #include <algorithm>
+#include <functional>
 #include <utility>
 
 namespace host {
@@ -18,7 +19,7 @@ ConsoleApplication::ConsoleApplication(std::wstring basePath, Console& console, 
     pagesByIdentity.reserve(pages.size());
     for (const auto& page : pages)
         pagesByIdentity.push_back(page.get());
-    std::ranges::sort(pagesByIdentity, {}, &FilePage::identity);
+    std::ranges::sort(pagesByIdentity, std::less<>(), &FilePage::identity);
 }
 
 MessageDlgResult ConsoleApplication::showMessage(HWND, MessageDlgType type, const Sorvane::u8string& text,
@@ -57,8 +58,13 @@ bool ConsoleApplication::isPage(const std::wstring& path) const {
     const auto identity = identityOf(path);
     if (!identity)
         return false;
-    return std::ranges::any_of(std::ranges::equal_range(pagesByIdentity, *identity, {}, &FilePage::identity),
-                               [&](const FilePage* page) { return isSameFile(page->path(), path); });
+    for (auto candidate =
+             std::ranges::lower_bound(pagesByIdentity, *identity, std::less<>(), &FilePage::identity);
+         candidate != pagesByIdentity.end() && (*candidate)->identity() == *identity; ++candidate) {
+        if (isSameFile((*candidate)->path(), path))
+            return true;
+    }
+    return false;
 }
 
 } // namespace host

@@ -2,10 +2,10 @@
 #pragma once
 
 #include <array>
-#include <compare>
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <tuple>
 
 namespace host {
 
@@ -16,7 +16,10 @@ struct FileIdentity {
     std::uint64_t volume = 0;
     std::array<std::uint8_t, 16> id{};
 
-    friend auto operator<=>(const FileIdentity&, const FileIdentity&) = default;
+    friend bool operator==(const FileIdentity&, const FileIdentity&) = default;
+    friend bool operator<(const FileIdentity& a, const FileIdentity& b) {
+        return std::tie(a.volume, a.id) < std::tie(b.volume, b.id);
+    }
 };
 
 /// The identity of the file or folder at the path, links followed; none when there is nothing or it cannot be

@@ -80,9 +80,10 @@ private:
             throw HostError("The folder " + utf8(folder) + " holds no pages (images or PDF files).");
         // A comparison that is the system's may contradict itself; a stable sort bears it.
         std::stable_sort(names.begin(), names.end(), comesBefore);
-        for (const std::wstring& name : names)
-            addFile(folder + L'\\' + name);
         remarkOn(folder, others);
+        folder += L'\\';
+        for (const std::wstring& name : names)
+            addFile(folder + name);
     }
 
     void remarkOn(const std::wstring& folder, std::vector<std::wstring>& leftOut) {

@@ -14,7 +14,6 @@ using host::Options;
 using host::Overwrite;
 using host::parseOptions;
 using testing::ElementsAre;
-using testing::HasSubstr;
 using testing::Optional;
 
 using Arguments = std::vector<std::wstring>;

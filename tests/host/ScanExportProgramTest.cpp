@@ -16,7 +16,6 @@ namespace {
 
 using host::utf8;
 using testing::AllOf;
-using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::MatchesRegex;
 using testing::StartsWith;
