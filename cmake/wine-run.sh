@@ -24,7 +24,8 @@ esac
 
 export WINEPREFIX="$folder/wine-$graphics"
 export WINEARCH=win64
-export WINEDEBUG="${WINEDEBUG:--all}"
+# Of Wine's own messages only the one that a program could not be loaded, which else ends without a word.
+export WINEDEBUG="${WINEDEBUG:--all,err+module}"
 # Without the overrides the first start asks to install other software, and a crash waits in a dialog.
 export WINEDLLOVERRIDES="${WINEDLLOVERRIDES:-mscoree=d;mshtml=d;winedbg.exe=d;winemenubuilder.exe=d}"
 # Arguments and file names are UTF-8 to Wine only in a UTF-8 locale.
@@ -36,9 +37,10 @@ apart() {
     "$@" </dev/null >>"$WINEPREFIX.log" 2>&1 9>&-
 }
 
+# Never fails: without a session the program starts one, only slower.
 start_session() {
-    apart wineserver -p60
-    apart wine cmd.exe /c exit
+    apart wineserver -p60 || :
+    apart wine cmd.exe /c exit || :
 }
 
 # Debian's Wine does not look where its own fonts lie; without this one the signs in title bars and scroll bars
@@ -69,7 +71,7 @@ if [ ! -e "$WINEPREFIX.ready" ] || ! wineserver -k0 2>/dev/null; then
         wineserver -k 2>/dev/null || :
         rm -rf "$WINEPREFIX"
         mkdir "$WINEPREFIX"
-        apart wineserver -p60
+        apart wineserver -p60 || :
         make_prefix || {
             echo "wine-run.sh: the Wine prefix could not be made:" >&2
             cat "$WINEPREFIX.log" >&2
