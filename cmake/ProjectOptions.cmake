@@ -8,6 +8,8 @@ target_compile_definitions(
               WINVER=0x0A00 _WIN32_WINNT=0x0A00
               $<$<BOOL:${COUNT_OBJECTS}>:BXBASE_COUNT_OBJECTS>
 )
+configure_file(cmake/version.h.in generated/version.h @ONLY)
+target_include_directories(project_options INTERFACE ${CMAKE_BINARY_DIR}/generated)
 target_compile_options(project_options INTERFACE -Wall -Wextra -Wpedantic -Wconversion -Werror)
 
 if(CHECKED_BUILD)

@@ -16,6 +16,7 @@
 #include "host/PageList.h"
 #include "host/PrintingErrorSink.h"
 #include "host/Text.h"
+#include "version.h"
 
 #include <commctrl.h>
 
@@ -315,7 +316,7 @@ int runScanExport(const std::vector<std::wstring>& arguments, Console& console,
             console.print(helpText);
             return exitDone;
         case Options::Command::Version:
-            console.print("scanexport " SCANEXPORT_VERSION "\n");
+            console.print("scanexport " PRODUCT_VERSION "\n");
             return exitDone;
         default:
             return runCommand(options, progress, surroundings);

@@ -129,4 +129,18 @@ TEST_F(ComponentModuleTest, AReferenceThatAComponentLeaksIsCounted) {
     bxbase::LiveObjects::counter(typeid(TestFactory)) = 0;
 }
 
+TEST_F(ComponentModuleTest, TheProductsComponentExportsNoFunction) {
+    const HMODULE module = LoadLibraryW(L"BasicExport.dll"); // it lies beside the tests
+    ASSERT_TRUE(module);
+    const auto* image = reinterpret_cast<const BYTE*>(module);
+    const auto* dosHeader = reinterpret_cast<const IMAGE_DOS_HEADER*>(image);
+    const auto* headers = reinterpret_cast<const IMAGE_NT_HEADERS*>(image + dosHeader->e_lfanew);
+    const auto& place = headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_EXPORT];
+    if (place.VirtualAddress) {
+        const auto* exports = reinterpret_cast<const IMAGE_EXPORT_DIRECTORY*>(image + place.VirtualAddress);
+        EXPECT_EQ(exports->NumberOfFunctions, 0U);
+    }
+    FreeLibrary(module);
+}
+
 } // namespace

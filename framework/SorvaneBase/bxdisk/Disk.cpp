@@ -131,6 +131,8 @@ bool createTempDir(const Sorvane::u8string& prefix, Sorvane::u8string& path) {
     if (stem.empty()) {
         stem.resize(MAX_PATH + 1);
         stem.resize(GetTempPathW(static_cast<DWORD>(stem.size()), stem.data()));
+        if (stem.empty())
+            return false;
     }
     if (!stem.ends_with(L'\\'))
         stem += L'\\';
