@@ -1,11 +1,12 @@
 #!/usr/bin/env python3
-"""Compares the tables of virtual operations with expected.txt, as the Microsoft C++ ABI lays them out.
+"""Compares the tables of virtual operations and the order of fields with expected.txt, as the Microsoft C++ ABI
+lays them out.
 
 Hosts and components are built by different compilers and meet through these tables alone, so a slot that moves
-calls the wrong operation without any compiler or linker noticing.
+calls the wrong operation without any compiler or linker noticing. Of the fields only the order counts.
 
     check.py --clang clang++ --mingw x86_64-w64-mingw32-g++ -I DIR...   exits with 1 and a diff on a difference
-    check.py ... --print                                                prints the tables as they are now
+    check.py ... --print                                                prints the layouts as they are now
 """
 import argparse
 import difflib
@@ -38,7 +39,9 @@ def dump(options):
     for path in system_includes(options.mingw):
         command += ["-isystem", path]
     command += [f"-I{path}" for path in options.include]
-    command += ["-S", "-o", os.devnull, "-Xclang", "-fdump-vtable-layouts", os.path.join(HERE, "contracts.cpp")]
+    for layouts in ("vtable", "record"):
+        command += ["-Xclang", f"-fdump-{layouts}-layouts"]
+    command += ["-S", "-o", os.devnull, os.path.join(HERE, "contracts.cpp")]
     result = subprocess.run(command, text=True, stdout=subprocess.PIPE, stderr=subprocess.PIPE)
     if result.returncode:
         sys.exit(result.stderr)
@@ -46,7 +49,7 @@ def dump(options):
 
 
 def tables(text):
-    """The tables in the form of expected.txt: a heading per table, then slot and operation."""
+    """A heading per table, and slot and operation of each entry."""
     found = {}
     for match in re.finditer(r"^VFTable for (.*) \(\d+ entr\w+\)\.\n((?:.+\n)*)", text, re.MULTILINE):
         classes = re.findall(r"'([^']+)'", match[1])
@@ -60,8 +63,36 @@ def tables(text):
         if owner == "bxbase::ReferencedImpl":
             heading = f"bxbase::ReferencedImpl<{classes[-2]}> through {classes[0]}"
         found[heading] = [f"{slot:4} {operation}" for slot, operation in enumerate(operations)]
+    return found
+
+
+def fields(text):
+    """A heading per class that has fields of its own in the contract, and its fields with those of its bases."""
+    found = {}
+    for match in re.finditer(r"^\*\*\* Dumping AST Record Layout\n((?:.*\|.*\n)*)", text, re.MULTILINE):
+        lines = re.findall(r"^ *\d+ \| ( *)(.*)$", re.sub(r"\b(class|struct) ", "", match[1]), re.MULTILINE)
+        owner = lines[0][1]
+        if not owner.startswith(("ExportUtils::", "bxbase::ReferencedImpl<", "ExportToDirectoryData")):
+            continue
+        # Two blanks deeper for everything that lies inside the line before; what lies inside a field is its own
+        # business, what lies inside a base belongs to the class.
+        inside = 2
+        own = found[f"{owner}, fields in order"] = []
+        for indent, line in lines[1:]:
+            if len(indent) > inside:
+                continue
+            if re.search(r"\((primary |virtual )?base\)", line):
+                inside = len(indent) + 2
+            elif not line.startswith("("):
+                inside = len(indent)
+                own.append(f"     {line}")
+    return found
+
+
+def layouts(text):
+    """Tables and fields in the form of expected.txt."""
     return "".join(f"{heading}\n" + "".join(f"{line}\n" for line in lines) + "\n"
-                   for heading, lines in sorted(found.items()))
+                   for heading, lines in sorted({**tables(text), **fields(text)}.items()))
 
 
 def main():
@@ -72,7 +103,7 @@ def main():
     parser.add_argument("--print", action="store_true")
     options = parser.parse_args()
 
-    actual = tables(dump(options))
+    actual = layouts(dump(options))
     if options.print:
         print(actual, end="")
         return

@@ -1,4 +1,4 @@
-// Makes the compiler lay out the table of every class that crosses the component's boundary. Compiled by check.py.
+// Makes the compiler lay out the table and the fields of every class that crosses the component's boundary. Compiled by check.py.
 #include "ExportFactories.h"
 #include "ExportToDirectory.h"
 #include "ExportToDirectoryData.h"
