@@ -174,4 +174,12 @@ std::wstring messageBoxText(HWND box) {
     return windowText(GetDlgItem(box, messageBoxTextId));
 }
 
+HICON messageBoxIcon(HWND box) {
+    for (HWND child = GetWindow(box, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
+        if (windowClass(child) == L"Static" && (GetWindowLongPtrW(child, GWL_STYLE) & SS_TYPEMASK) == SS_ICON)
+            return reinterpret_cast<HICON>(SendMessageW(child, STM_GETICON, 0, 0));
+    }
+    return nullptr;
+}
+
 } // namespace host

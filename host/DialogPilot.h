@@ -90,5 +90,7 @@ std::wstring windowText(HWND window);
 std::wstring windowClass(HWND window);
 /// The text of a message box, without its title and buttons.
 std::wstring messageBoxText(HWND box);
+/// The picture of a message box, or null.
+HICON messageBoxIcon(HWND box);
 
 } // namespace host

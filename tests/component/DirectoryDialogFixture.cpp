@@ -1,8 +1,8 @@
 // A directory dialog on the screen, operated as a user would.
 #include "DirectoryDialogFixture.h"
 
-#include "SorvaneBase/Conversions.h"
 #include "SorvaneBase/bxutils/ResourceManager.h"
+#include "host/Text.h"
 #include "resource.h"
 
 using host::click;
@@ -81,7 +81,5 @@ void loadLanguage(const std::wstring& fileName) {
 }
 
 std::wstring hostText(const char* section, const char* textKey) {
-    std::wstring text;
-    Sorvane::c_u8u16(text, bxutils::getResourceManager()->getText(section, textKey));
-    return text;
+    return host::wide(bxutils::getResourceManager()->getText(section, textKey));
 }

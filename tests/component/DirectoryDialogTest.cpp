@@ -3,6 +3,7 @@
 #include "SorvaneBase/bxutils/ResourceManager.h"
 #include "resource.h"
 #include "support/ClippedTexts.h"
+#include "support/FolderBrowsing.h"
 
 #include <shlobj.h>
 
@@ -478,20 +479,6 @@ TEST_F(DirectoryDialogTest, MovingThroughTheHistoryByKeyboardPutsEachEntryIntoTh
 
 // The browse button.
 
-/// Presses the button at the right end of the path.
-void pressBrowseButton(HWND window) {
-    HWND edit = GetDlgItem(window, pathId);
-    RECT rect;
-    GetWindowRect(edit, &rect);
-    const POINT point = {rect.right - 6, (rect.top + rect.bottom) / 2};
-    POINT inside = point;
-    ScreenToClient(edit, &inside);
-    const LPARAM position = MAKELPARAM(point.x, point.y);
-    SendMessageW(edit, WM_NCLBUTTONDOWN, static_cast<WPARAM>(SendMessageW(edit, WM_NCHITTEST, 0, position)),
-                 position);
-    PostMessageW(edit, WM_LBUTTONUP, 0, MAKELPARAM(inside.x, inside.y));
-}
-
 /// The visible child of this class that holds the text, or null.
 HWND childOfClass(HWND window, const wchar_t* type, const std::wstring& text = {}) {
     struct Search {
@@ -530,7 +517,8 @@ protected:
     /// and cancels when the path shows what is expected.
     void browse(std::vector<Action> actions, const std::wstring& expected) {
         host::DialogPilot pilot(patience);
-        pilot.then("browse", dialogWith(pathId), inOrder({enterText(pathId, start), now(pressBrowseButton)}));
+        pilot.then("browse", dialogWith(pathId),
+                   inOrder({enterText(pathId, start), test::pressBrowseButton(pathId)}));
         for (Action& action : actions)
             pilot.then("in the folder dialog", isFolderDialog, std::move(action));
         pilot.then("back", dialogWith(pathId), waitForText(pathId, expected));
@@ -540,16 +528,6 @@ protected:
         EXPECT_TRUE(pilot.succeeded()) << pilot.failure();
     }
 
-    /// Selects a folder, until the dialog shows it as selected.
-    static Action select(const std::wstring& path) {
-        return [path](HWND window) {
-            if (host::windowText(childOfClass(window, L"Edit")) == path.substr(path.rfind(L'\\') + 1))
-                return true;
-            SendMessageW(window, BFFM_SETSELECTIONW, TRUE, reinterpret_cast<LPARAM>(path.c_str()));
-            return false;
-        };
-    }
-
     /// A folder whose neighbours nobody removes, for that can make the system's dialog leave some out.
     std::wstring start;
 };
@@ -557,7 +535,7 @@ protected:
 TEST_F(BrowseButtonTest, PutsTheChosenFolderIntoThePath) {
     wchar_t chosen[MAX_PATH] = {};
     GetSystemDirectoryW(chosen, MAX_PATH);
-    browse({select(chosen), click(IDOK)}, chosen);
+    browse({test::chooseFolder(start, chosen, IDOK)}, chosen);
 }
 
 TEST_F(BrowseButtonTest, LeavesThePathWhenNoFolderIsChosen) {
@@ -689,16 +667,6 @@ protected:
     static void nothing(HWND) {}
 };
 
-/// The picture of a message box, or null.
-HICON messageBoxIcon(HWND box) {
-    for (HWND child = GetWindow(box, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
-        if (host::windowClass(child) == L"Static" &&
-            (GetWindowLongPtrW(child, GWL_STYLE) & SS_TYPEMASK) == SS_ICON)
-            return reinterpret_cast<HICON>(SendMessageW(child, STM_GETICON, 0, 0));
-    }
-    return nullptr;
-}
-
 TEST_F(UnusableDirectoryTest, ShowsAnErrorBoxOnTheDialog) {
     const std::wstring path = folder.write(L"file", "data") + L"\\below";
     confirmInVain(
@@ -706,7 +674,7 @@ TEST_F(UnusableDirectoryTest, ShowsAnErrorBoxOnTheDialog) {
         [this](HWND box) {
             EXPECT_EQ(host::windowText(box), hostText("Common", "Error"));
             EXPECT_EQ(host::messageBoxText(box), hostText("Scan", "ScanExport.Error.PathNotExists"));
-            EXPECT_EQ(messageBoxIcon(box), LoadIconW(nullptr, IDI_ERROR));
+            EXPECT_EQ(host::messageBoxIcon(box), LoadIconW(nullptr, IDI_ERROR));
             EXPECT_EQ(GetWindow(box, GW_OWNER), dialog->GetSafeHwnd());
             EXPECT_FALSE(IsWindowEnabled(dialog->GetSafeHwnd()));
             EXPECT_NE(GetDlgItem(box, IDOK), nullptr);

@@ -1,23 +1,10 @@
 // A directory export under test: engine, pages, target, host.
 #include "DirectoryExportFixture.h"
 
-#include "SorvaneBase/Conversions.h"
 #include "SorvaneBase/bxutils/ResourceManager.h"
 #include "bxbase/ReferencedImpl.h"
 #include "host/DialogPilot.h"
-
-namespace {
-
-HICON iconIn(HWND box) {
-    for (HWND child = GetWindow(box, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT)) {
-        const auto style = static_cast<DWORD>(GetWindowLongPtrW(child, GWL_STYLE));
-        if (host::windowClass(child) == L"Static" && (style & SS_TYPEMASK) == SS_ICON)
-            return reinterpret_cast<HICON>(SendMessageW(child, STM_GETICON, 0, 0));
-    }
-    return nullptr;
-}
-
-} // namespace
+#include "host/Text.h"
 
 DirectoryExportFixture::DirectoryExportFixture() : engine(new bxbase::ReferencedImpl<OpenEngine>) {
     const std::wstring texts =
@@ -56,7 +43,7 @@ test::TestPage& DirectoryExportFixture::addPageWithoutFile(std::optional<std::st
 int DirectoryExportFixture::run() {
     host::DialogPilot pilot;
     pilot.always(host::anyMessageBox(), [](HWND window) {
-        ADD_FAILURE() << "unexpected box: " << toUtf8(host::messageBoxText(window));
+        ADD_FAILURE() << "unexpected box: " << host::utf8(host::messageBoxText(window));
         return host::click(IDOK)(window);
     });
     return engine->exportData(nullptr, errors);
@@ -68,7 +55,7 @@ int DirectoryExportFixture::runWithErrorBox() {
         box.caption = host::windowText(window);
         box.text = host::messageBoxText(window);
         box.owner = GetWindow(window, GW_OWNER);
-        box.icon = iconIn(window);
+        box.icon = host::messageBoxIcon(window);
         for (int id : {IDOK, IDCANCEL, IDABORT, IDRETRY, IDIGNORE, IDYES, IDNO}) {
             if (GetDlgItem(window, id))
                 box.buttons.push_back(id);
@@ -90,10 +77,4 @@ void DirectoryExportFixture::expectReport(int line, const char* message) const {
 void DirectoryExportFixture::lock(const std::wstring& path) {
     locked = CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr, OPEN_ALWAYS, 0, nullptr);
     ASSERT_NE(locked, INVALID_HANDLE_VALUE);
-}
-
-std::string toUtf8(const std::wstring& text) {
-    std::string result;
-    Sorvane::c_u16u8(result, text);
-    return result;
 }

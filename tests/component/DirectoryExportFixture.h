@@ -79,5 +79,3 @@ protected:
 private:
     HANDLE locked = INVALID_HANDLE_VALUE;
 };
-
-std::string toUtf8(const std::wstring& text);

@@ -2,6 +2,7 @@
 #include "DirectoryExportFixture.h"
 
 #include "SorvaneBase/bxutils/ResourceManager.h"
+#include "host/Text.h"
 
 #include <locale>
 
@@ -216,14 +217,14 @@ TEST_F(DirectoryExportTest, HoldsEachPageWhileItIsWritten) {
 // The target directory.
 
 TEST_F(DirectoryExportTest, WithoutPagesMakesTheDirectoryAndIsDone) {
-    engine->targetPath = toUtf8(target / L"new");
+    engine->targetPath = host::utf8(target / L"new");
     EXPECT_EQ(run(), 0);
     EXPECT_THAT(target.list(), ElementsAre(L"new"));
     EXPECT_TRUE(errors.isEmpty());
 }
 
 TEST_F(DirectoryExportTest, MakesTheDirectoryWithItsParents) {
-    engine->targetPath = toUtf8(target / L"a\\Žluťoučký\\c");
+    engine->targetPath = host::utf8(target / L"a\\Žluťoučký\\c");
     addPages(1);
     EXPECT_EQ(run(), 0);
     EXPECT_EQ(written(L"a\\Žluťoučký\\c\\Scan001.tif"), "1");
@@ -233,7 +234,7 @@ TEST_F(DirectoryExportTest, WritesIntoPathsOfAnyLength) {
     std::wstring deep = target.path();
     for (int i = 0; i < 5; ++i)
         deep += L"\\" + std::wstring(80, L'x');
-    engine->targetPath = toUtf8(deep);
+    engine->targetPath = host::utf8(deep);
     addPages(1);
     EXPECT_EQ(run(), 0);
     EXPECT_EQ(test::readFile(deep + L"\\Scan001.tif"), "1");
@@ -267,8 +268,8 @@ TEST_P(BadTargetTest, IsReportedEvenWithoutPages) {
 INSTANTIATE_TEST_SUITE_P(
     Cases, BadTargetTest,
     testing::Values(
-        BadTarget{"NamesAFile", [](const auto& target) { return toUtf8(target / L"file"); }},
-        BadTarget{"LiesInAFile", [](const auto& target) { return toUtf8(target / L"file\\sub"); }},
+        BadTarget{"NamesAFile", [](const auto& target) { return host::utf8(target / L"file"); }},
+        BadTarget{"LiesInAFile", [](const auto& target) { return host::utf8(target / L"file\\sub"); }},
         BadTarget{"IsOnADriveThatDoesNotExist", [](const auto&) { return std::string("Q:\\scans"); }},
         BadTarget{"IsEmpty", [](const auto&) { return std::string(); }}),
     [](const auto& info) { return std::string(info.param.what); });
@@ -295,14 +296,14 @@ TEST_F(DirectoryExportTest, QuestionHoldsPathsOfAnyLength) {
     std::wstring name;
     for (int i = 0; i < 5; ++i)
         name += std::wstring(100, static_cast<wchar_t>(L'á' + i)) + L"\\";
-    engine->targetPath = toUtf8(target / name);
+    engine->targetPath = host::utf8(target / name);
     addPages(1);
     ASSERT_EQ(run(), 0);
     host.answers = {MessageDlgResult::Yes};
     EXPECT_EQ(run(), 0);
     ASSERT_EQ(host.messages.size(), 1U);
     EXPECT_THAT(host.messages[0].text, testing::StartsWith("Přepsat „"));
-    EXPECT_THAT(host.messages[0].text, testing::HasSubstr(toUtf8(name) + "Scan001.tif“?"));
+    EXPECT_THAT(host.messages[0].text, testing::HasSubstr(host::utf8(name) + "Scan001.tif“?"));
 }
 
 TEST_F(DirectoryExportTest, QuestionInAnUnknownLanguageIsStillAsked) {

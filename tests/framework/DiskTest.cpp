@@ -1,8 +1,8 @@
 // Operations on directories and files.
 #include "SorvaneBase/bxdisk/Disk.h"
 
-#include "SorvaneBase/Conversions.h"
 #include "SorvaneBase/bxdisk/File.h"
+#include "host/Text.h"
 #include "support/TempFolder.h"
 
 #include <gmock/gmock.h>
@@ -20,18 +20,8 @@ namespace {
 using bxdisk::createDirectories;
 using bxdisk::createTempDir;
 using bxdisk::normalizeFileName;
-
-std::string utf8(const std::wstring& text) {
-    std::string result;
-    Sorvane::c_u16u8(result, text);
-    return result;
-}
-
-std::wstring wide(const std::string& text) {
-    std::wstring result;
-    Sorvane::c_u8u16(result, text);
-    return result;
-}
+using host::utf8;
+using host::wide;
 
 bool isFolder(const std::wstring& path) {
     return bxdisk::File(path).isDirectory();

@@ -1,7 +1,7 @@
 // A path to a file or directory and what can be asked about it.
 #include "SorvaneBase/bxdisk/File.h"
 
-#include "SorvaneBase/Conversions.h"
+#include "host/Text.h"
 #include "support/TempFolder.h"
 
 #include <gmock/gmock.h>
@@ -11,12 +11,7 @@
 namespace {
 
 using bxdisk::File;
-
-std::string utf8(const std::wstring& text) {
-    std::string result;
-    Sorvane::c_u16u8(result, text);
-    return result;
-}
+using host::utf8;
 
 class FileTest : public testing::Test {
 protected:

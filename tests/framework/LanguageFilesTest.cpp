@@ -2,6 +2,7 @@
 #include "SorvaneBase/Conversions.h"
 #include "SorvaneBase/bxdisk/Disk.h"
 #include "SorvaneBase/bxutils/ResourceManager.h"
+#include "host/Text.h"
 #include "support/TempFolder.h"
 
 #include <gmock/gmock.h>
@@ -81,12 +82,6 @@ std::vector<std::wstring> languageCodes() {
     return codes;
 }
 
-std::string narrow(const std::wstring& text) {
-    std::string utf8;
-    Sorvane::c_u16u8(utf8, text);
-    return utf8;
-}
-
 std::set<Key> keysOf(const bxutils::ResourceManager& language) {
     std::set<Key> keys;
     for (const auto& [key, text] : language.getTexts())
@@ -105,7 +100,9 @@ protected:
 };
 
 INSTANTIATE_TEST_SUITE_P(Languages, LanguageFileTest, testing::ValuesIn(languageCodes()),
-                         [](const testing::TestParamInfo<std::wstring>& info) { return narrow(info.param); });
+                         [](const testing::TestParamInfo<std::wstring>& info) {
+                             return host::utf8(info.param);
+                         });
 
 TEST(LanguageFilesTest, IncludeEnglishAndCzech) {
     EXPECT_THAT(languageCodes(), testing::IsSupersetOf({L"en", L"cs"}));
@@ -133,7 +130,7 @@ TEST_P(LanguageFileTest, IsUtf8WithoutByteOrderMark) {
 }
 
 TEST_P(LanguageFileTest, NamesItsLanguage) {
-    EXPECT_EQ(language.getText("Language", "Code"), narrow(GetParam()));
+    EXPECT_EQ(language.getText("Language", "Code"), host::utf8(GetParam()));
 }
 
 TEST_P(LanguageFileTest, ExplainsEverySection) {
@@ -158,8 +155,7 @@ TEST_P(LanguageFileTest, HasAPercentSignOnlyInTheOverwriteQuestion) {
 }
 
 TEST_P(LanguageFileTest, OverwriteQuestionTakesOneWideString) {
-    std::wstring format;
-    Sorvane::c_u8u16(format, language.getText("Common", "Question.OverwriteFile"));
+    const std::wstring format = host::wide(language.getText("Common", "Question.OverwriteFile"));
     const std::wstring path = L"C:\\Účetnictví\\Žluťoučký kůň 漢字.pdf";
     std::wstring expected = format;
     ASSERT_NE(expected.find(L"%ls"), std::wstring::npos);

@@ -1,8 +1,8 @@
 // Finds texts that do not fit into the window that shows them.
 #include "support/ClippedTexts.h"
 
-#include "SorvaneBase/Conversions.h"
 #include "host/DialogPilot.h"
+#include "host/Text.h"
 
 #include <algorithm>
 #include <optional>
@@ -77,10 +77,8 @@ SIZE measure(HWND window, HFONT font, const std::wstring& text, LONG width, UINT
 }
 
 std::string describe(const std::string& what, const std::wstring& text, SIZE needed, SIZE room) {
-    std::string utf8;
-    Sorvane::c_u16u8(utf8, text);
-    return what + " \"" + utf8 + "\" needs " + std::to_string(needed.cx) + "x" + std::to_string(needed.cy) +
-           ", has " + std::to_string(room.cx) + "x" + std::to_string(room.cy);
+    return what + " \"" + host::utf8(text) + "\" needs " + std::to_string(needed.cx) + "x" +
+           std::to_string(needed.cy) + ", has " + std::to_string(room.cx) + "x" + std::to_string(room.cy);
 }
 
 void checkControl(HWND control, std::vector<std::string>& clipped) {

@@ -1,7 +1,7 @@
 // A fresh, empty folder for one test.
 #include "support/TempFolder.h"
 
-#include "SorvaneBase/Conversions.h"
+#include "host/Text.h"
 
 #include <gtest/gtest.h>
 
@@ -62,9 +62,7 @@ TempFolder::~TempFolder() {
 }
 
 std::string TempFolder::utf8() const {
-    std::string result;
-    Sorvane::c_u16u8(result, folder);
-    return result;
+    return host::utf8(folder);
 }
 
 std::wstring TempFolder::write(const std::wstring& name, const std::string& bytes) const {

@@ -1,8 +1,8 @@
 // Pages and folders that a test owns.
 #include "support/TestPage.h"
 
-#include "SorvaneBase/Conversions.h"
 #include "SorvaneBase/SorvaneException.h"
+#include "host/Text.h"
 
 #include <windows.h>
 
@@ -10,9 +10,8 @@
 
 namespace test {
 
-TestPage::TestPage(const std::wstring& path) : file(path) {
-    Sorvane::c_u16u8(fileName, path.substr(path.find_last_of(L"\\/") + 1));
-}
+TestPage::TestPage(const std::wstring& path)
+    : fileName(host::utf8(path.substr(path.find_last_of(L"\\/") + 1))), file(path) {}
 
 TestPage::TestPage(std::string fileName, std::optional<std::string> data, std::wstring copyPath)
     : fileName(std::move(fileName)), data(std::move(data)), copyPath(std::move(copyPath)) {}
