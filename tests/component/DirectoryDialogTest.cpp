@@ -6,6 +6,7 @@
 #include "support/FolderBrowsing.h"
 
 #include <shlobj.h>
+#include <uxtheme.h>
 
 using host::anyMessageBox;
 using host::click;
@@ -225,7 +226,53 @@ TEST_F(DirectoryDialogTest, OpensWithTheFocusInThePath) {
     inspect({withFocus([](HWND) { EXPECT_EQ(GetDlgCtrlID(GetFocus()), pathId); })});
 }
 
+TEST_F(DirectoryDialogTest, HasThemedControls) {
+    inspect({now([](HWND window) {
+        for (const Control& control : controls) {
+            if (control.type != std::wstring_view(L"Static")) {
+                EXPECT_NE(GetWindowTheme(GetDlgItem(window, control.id)), nullptr) << control.id;
+            }
+        }
+    })});
+}
+
+TEST_F(DirectoryDialogTest, ShowsTheVisualStylesBackgroundBehindItsLabels) {
+    inspect({now([](HWND window) {
+        const HWND label = GetDlgItem(window, 4011);
+        const HDC dc = GetDC(label);
+        const LRESULT brush = SendMessageW(window, WM_CTLCOLORSTATIC, reinterpret_cast<WPARAM>(dc),
+                                           reinterpret_cast<LPARAM>(label));
+        ReleaseDC(label, dc);
+        EXPECT_EQ(reinterpret_cast<HGDIOBJ>(brush), GetStockObject(HOLLOW_BRUSH));
+    })});
+}
+
 // Resizing.
+
+TEST_F(DirectoryDialogTest, HasASizingFrame) {
+    inspect({now([](HWND window) { EXPECT_TRUE(GetWindowLongPtrW(window, GWL_STYLE) & WS_THICKFRAME); })});
+}
+
+TEST_F(DirectoryDialogTest, IsSizedByAGripInItsLowerRightCorner) {
+    inspect({now([](HWND window) {
+        RECT client;
+        GetClientRect(window, &client);
+        POINT corner = {client.right - 1, client.bottom - 1};
+        ClientToScreen(window, &corner);
+        EXPECT_EQ(SendMessageW(window, WM_NCHITTEST, 0, MAKELPARAM(corner.x, corner.y)), HTBOTTOMRIGHT);
+    })});
+}
+
+TEST_F(DirectoryDialogTest, ShrinksNoFurtherThanTheSizeItOpensIn) {
+    inspect({now([](HWND window) {
+        RECT opened;
+        GetWindowRect(window, &opened);
+        SetWindowPos(window, nullptr, 0, 0, 50, 50, SWP_NOMOVE | SWP_NOZORDER);
+        RECT shrunk;
+        GetWindowRect(window, &shrunk);
+        EXPECT_EQ(edges(shrunk), edges(opened));
+    })});
+}
 
 TEST_F(DirectoryDialogTest, ControlsFollowTheGrowingWindowByTheirShare) {
     inspect({now([](HWND window) {
