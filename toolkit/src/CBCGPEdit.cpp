@@ -12,7 +12,7 @@
 
 namespace {
 
-const wchar_t* const c_buttonText = L"...";
+const wchar_t* const buttonText = L"...";
 
 struct TaskMemory {
     void operator()(void* memory) const { CoTaskMemFree(memory); }
@@ -135,13 +135,13 @@ void CBCGPEdit::drawButton() {
     if (const Theme theme(m_hWnd, VSCLASS_BUTTON); theme) {
         FillRect(dc.get(), button, GetSysColorBrush(COLOR_WINDOW));
         DrawThemeBackground(theme.get(), dc.get(), BP_PUSHBUTTON, state, button, nullptr);
-        DrawThemeText(theme.get(), dc.get(), BP_PUSHBUTTON, state, c_buttonText, -1, centred, 0, button);
+        DrawThemeText(theme.get(), dc.get(), BP_PUSHBUTTON, state, buttonText, -1, centred, 0, button);
     } else {
         const UINT look = !isEnabled ? DFCS_INACTIVE : isPressed ? DFCS_PUSHED : 0;
         DrawFrameControl(dc.get(), button, DFC_BUTTON, DFCS_BUTTONPUSH | look);
         SetBkMode(dc.get(), TRANSPARENT);
         SetTextColor(dc.get(), GetSysColor(isEnabled ? COLOR_BTNTEXT : COLOR_GRAYTEXT));
-        DrawText(dc.get(), c_buttonText, -1, button, centred);
+        DrawText(dc.get(), buttonText, -1, button, centred);
     }
     SelectObject(dc.get(), oldFont);
 }
