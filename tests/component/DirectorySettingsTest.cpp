@@ -395,6 +395,19 @@ TEST_F(DirectorySettingsTest, ValuesOfAnyKindAreReplaced) {
     EXPECT_EQ(storedHistory().substr(0, folder.path().size()), folder.path());
 }
 
+TEST_F(DirectorySettingsTest, ThatMayOnlyBeWrittenStayAsTheyAre) {
+    storeHistory(L"C:\\Out");
+    load();
+    {
+        const test::RestrictedRegistryKey restricted(key, KEY_WRITE);
+        dialog->exportPath = L"D:\\Scans";
+        dialog->saveToRegistry();
+    }
+    EXPECT_EQ(storedHistory(), L"C:\\Out");
+    EXPECT_FALSE(stored(L"Prefix"));
+    EXPECT_FALSE(stored(L"FirstNumber"));
+}
+
 TEST_F(DirectorySettingsTest, ThatNobodyMayWriteAreForgottenAndTheDialogCloses) {
     storeHistory(L"C:\\Out");
     {
