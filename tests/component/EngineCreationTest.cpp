@@ -106,6 +106,20 @@ TYPED_TEST(EngineCreationTest, EngineOutlivesItsFactory) {
     EXPECT_EQ(page.references, 0);
 }
 
+TEST(DirectoryEngineCreationTest, EngineHasNoTargetUntilItsDialogGivesOne) {
+    CWnd parent;
+    bxbase::Reference<ExportEngine> engine;
+    const bxbase::Reference<SorvaneCommon::ExportEngineFactory> factory(
+        new bxbase::ReferencedImpl<ExportToDirectoryFactory>);
+    ASSERT_TRUE(factory->createEngine(&parent, engine));
+    SorvaneException errors;
+    EXPECT_EQ(engine->exportData(nullptr, errors), 1);
+    ASSERT_EQ(errors.getReports().size(), 1U);
+    EXPECT_EQ(errors.getReports()[0].sourceFile, "Components/BasicExport/ExportToDirectory");
+    EXPECT_EQ(errors.getReports()[0].line, 52);
+    EXPECT_EQ(errors.getReports()[0].message, "targetPath is not directory");
+}
+
 // Targets that are announced and not built yet.
 
 template <class Factory> class UnbuiltTargetTest : public testing::Test {
