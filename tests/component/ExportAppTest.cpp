@@ -40,6 +40,15 @@ public:
     std::vector<void*> unregistered;
 };
 
+/// A manager that is gone from the host once it has its first factory.
+class LeavingManager : public test::TestEnginesManager {
+public:
+    void registerFactory(SorvaneCommon::ExportEngineFactory* factory) override {
+        TestEnginesManager::registerFactory(factory);
+        SorvaneCommon::setExportEnginesManager(nullptr);
+    }
+};
+
 int factoriesAlive() {
     return bxbase::LiveObjects::counter(typeid(ExportToDirectoryFactory)) +
            bxbase::LiveObjects::counter(typeid(ExportToMailFactory)) +
@@ -136,6 +145,19 @@ TEST_F(ExportAppTest, ManagerGoneAtExitLeavesTheRecordForALaterExit) {
     ForgetfulManager manager;
     theApp.ExitInstance();
     EXPECT_EQ(manager.unregistered, registered);
+}
+
+TEST_F(ExportAppTest, ManagerGoneAmidTheStartKeepsTheFactoryItHas) {
+    LeavingManager manager;
+    EXPECT_EQ(theApp.InitInstance(), 1);
+    EXPECT_THAT(idsOf(manager), ElementsAre("com.brellix.sorvane.exportdata-factory.dir.file"));
+    EXPECT_EQ(factoriesAlive(), 1);
+
+    SorvaneCommon::setExportEnginesManager(&manager);
+    auto* const directory = manager.factories.front().get();
+    theApp.ExitInstance();
+    EXPECT_THAT(manager.calls,
+                ElementsAre(Pair(Call::Register, directory), Pair(Call::Unregister, directory)));
 }
 
 TEST_F(ExportAppTest, SecondExitUnregistersNothing) {
