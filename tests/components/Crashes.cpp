@@ -5,10 +5,7 @@ namespace {
 
 class CrashingApp : public CWinApp {
 public:
-    BOOL InitInstance() override {
-        *static_cast<volatile int*>(nullptr) = 1;
-        return TRUE;
-    }
+    BOOL InitInstance() override { __builtin_trap(); }
 };
 
 CrashingApp app;

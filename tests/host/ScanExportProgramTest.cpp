@@ -64,11 +64,19 @@ protected:
     void replaceComponent(const std::wstring& name) {
         CreateDirectoryW((folder / L"bin").c_str(), nullptr);
         CreateDirectoryW((folder / L"bin\\lang").c_str(), nullptr);
-        for (const wchar_t* file :
-             {L"scanexport.exe", L"toolkit.dll", L"SorvaneCommon.dll", L"SorvaneBase.dll", L"BXImage.dll",
-              L"libstdc++-6.dll", L"libgcc_s_seh-1.dll", L"libwinpthread-1.dll", L"lang\\en.ini"})
+        std::vector<std::wstring> files = {L"scanexport.exe", L"lang\\en.ini"};
+        // Whatever DLLs this build consists of.
+        WIN32_FIND_DATAW entry;
+        HANDLE search = FindFirstFileW((programFolder() + L"*.dll").c_str(), &entry);
+        ASSERT_NE(search, INVALID_HANDLE_VALUE);
+        do {
+            if (entry.cFileName != std::wstring(L"BasicExport.dll"))
+                files.emplace_back(entry.cFileName);
+        } while (FindNextFileW(search, &entry));
+        FindClose(search);
+        for (const std::wstring& file : files)
             ASSERT_TRUE(
-                CopyFileW((programFolder() + file).c_str(), (folder / L"bin\\" + file).c_str(), TRUE));
+                CopyFileW((programFolder() + file).c_str(), (folder / (L"bin\\" + file)).c_str(), TRUE));
         ASSERT_TRUE(
             CopyFileW((host::fullPathOf(host::wide(TEST_COMPONENTS)) + L"\\" + name + L".dll").c_str(),
                       (folder / L"bin\\BasicExport.dll").c_str(), TRUE));
@@ -237,7 +245,7 @@ TEST_F(ScanExportProgramTest, ACrashEndsItWithOneSentence) {
 
     EXPECT_EQ(result.exitCode, 99u);
     EXPECT_THAT(result.errors,
-                MatchesRegex("scanexport: Crashed with exception 0xc0000005 at BasicExport.dll.0x\\w+\\.\n"));
+                MatchesRegex("scanexport: Crashed with exception 0xc000001d at BasicExport.dll.0x\\w+\\.\n"));
 }
 
 TEST_F(ScanExportProgramTest, AnExceptionThatNobodyCatchesEndsItWithOneSentence) {
