@@ -2,6 +2,7 @@
 // component come up.
 #include "host/ComponentModule.h"
 #include "host/DialogPilot.h"
+#include "host/DirectoryDialogControls.h"
 #include "host/EnginesManager.h"
 #include "host/FilePage.h"
 #include "host/HostApplication.h"
@@ -37,13 +38,10 @@
 namespace {
 
 using Clock = std::chrono::steady_clock;
+using namespace host::directoryDialog;
 
 constexpr wchar_t registryBase[] = L"Sorvane\\ExportBenchmark";
 constexpr char directoryFactoryId[] = "com.brellix.sorvane.exportdata-factory.dir.file";
-constexpr int pathEdit = 4006;
-constexpr int prefixEdit = 4008;
-constexpr int firstNumberEdit = 4009;
-constexpr int digitsEdit = 4010;
 
 constexpr DWORD pageBytes = 100 * 1024;
 constexpr std::size_t sourceFiles = 16;

@@ -5,6 +5,7 @@
 #include "SorvaneBase/bxdisk/File.h"
 #include "SorvaneCommon/ExportUtils/Extension.h"
 #include "host/CommandLinePath.h"
+#include "host/DirectoryDialogControls.h"
 #include "host/FileNames.h"
 #include "host/HostError.h"
 #include "host/Text.h"
@@ -17,13 +18,7 @@
 namespace host {
 namespace {
 
-// The controls of the component's dialog, which are part of its contract.
-constexpr int pathEdit = 4006;
-constexpr int prefixEdit = 4008;
-constexpr int firstNumberEdit = 4009;
-constexpr int digitsEdit = 4010;
-constexpr int appendNumberBox = 4027;
-constexpr int parentFolderBox = 4030;
+using namespace directoryDialog;
 
 void enter(HWND dialog, int control, const std::wstring& text) {
     SetDlgItemTextW(dialog, control, text.c_str());

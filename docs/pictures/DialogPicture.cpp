@@ -1,5 +1,6 @@
 // Takes the picture of the directory dialog, shown by the real component over example settings.
 #include "host/ComponentModule.h"
+#include "host/DirectoryDialogControls.h"
 #include "host/EnginesManager.h"
 #include "host/FilePage.h"
 #include "host/HostApplication.h"
@@ -26,8 +27,9 @@
 
 namespace {
 
+using host::directoryDialog::pathEdit;
+
 constexpr wchar_t registryBase[] = L"Sorvane\\DialogPicture";
-constexpr int pathEdit = 4006;
 
 struct Example {
     const wchar_t* language;

@@ -2,6 +2,7 @@
 #include "docs/ReadmeHost.h"
 
 #include "host/DialogPilot.h"
+#include "host/DirectoryDialogControls.h"
 #include "host/Options.h"
 #include "support/ScopedRegistryKey.h"
 #include "support/TempFolder.h"
@@ -55,15 +56,17 @@ TEST(ReadmeTest, ShowsTheHelpAsItIsPrinted) {
 }
 
 TEST(ReadmeTest, ItsExampleExportsTheScansOfAFolder) {
+    using namespace host::directoryDialog;
     const test::ScopedRegistryKey rememberedSettings(L"SOFTWARE\\Example");
     const test::TempFolder scans;
     scans.write(L"Page 2.tif", "second");
     scans.write(L"Page 10.tif", "tenth");
     const test::TempFolder target;
     host::DialogPilot pilot(std::chrono::seconds(20));
-    pilot.then("the settings dialog", host::dialogWith(4006),
-               host::inOrder({host::enterText(4006, target.path()), host::enterText(4008, L"Scan"),
-                              host::enterText(4009, L"1"), host::enterText(4010, L"3"), host::click(IDOK)}));
+    pilot.then("the settings dialog", host::dialogWith(pathEdit),
+               host::inOrder({host::enterText(pathEdit, target.path()), host::enterText(prefixEdit, L"Scan"),
+                              host::enterText(firstNumberEdit, L"1"), host::enterText(digitsEdit, L"3"),
+                              host::click(IDOK)}));
     const HWND owner = CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 0, 0, nullptr, nullptr, nullptr, nullptr);
 
     EXPECT_EQ(exportScans(programFolder(), scans.path(), CWnd::FromHandle(owner)), 0);

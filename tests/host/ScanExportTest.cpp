@@ -2,6 +2,7 @@
 #include "host/ScanExport.h"
 
 #include "host/DialogPilot.h"
+#include "host/DirectoryDialogControls.h"
 #include "host/FakeConsole.h"
 #include "host/Text.h"
 #include "host/UniqueHandle.h"
@@ -473,7 +474,8 @@ public:
 
 private:
     static BOOL CALLBACK findFilledIn(HWND window, LPARAM found) {
-        if (!IsWindowVisible(window) || host::windowText(GetDlgItem(window, 4008)) != L"Scan")
+        if (!IsWindowVisible(window) ||
+            host::windowText(GetDlgItem(window, host::directoryDialog::prefixEdit)) != L"Scan")
             return TRUE;
         *reinterpret_cast<HWND*>(found) = window;
         return FALSE;
@@ -493,7 +495,7 @@ TEST_F(ScanExportTest, ADialogThatThePersonCancelsStopsTheExport) {
 TEST_F(ScanExportTest, ThePersonsEntriesInTheDialogCount) {
     addPage(L"a.tif");
     const Person person([](HWND dialog) {
-        SetDlgItemTextW(dialog, 4008, L"Mine");
+        SetDlgItemTextW(dialog, host::directoryDialog::prefixEdit, L"Mine");
         PostMessageW(GetDlgItem(dialog, IDOK), BM_CLICK, 0, 0);
     });
 
@@ -504,7 +506,7 @@ TEST_F(ScanExportTest, ThePersonsEntriesInTheDialogCount) {
 TEST_F(ScanExportTest, APersonCannotChooseAPagesOwnFolderEither) {
     const std::wstring page = addPage(L"Scan001.tif", "a");
     const Person person([this](HWND dialog) {
-        SetDlgItemTextW(dialog, 4006, pages.c_str());
+        SetDlgItemTextW(dialog, host::directoryDialog::pathEdit, pages.c_str());
         PostMessageW(GetDlgItem(dialog, IDOK), BM_CLICK, 0, 0);
     });
 
