@@ -14,15 +14,17 @@
 #include "host/HostError.h"
 #include "host/Options.h"
 #include "host/PageList.h"
+#include "host/PagePosition.h"
 #include "host/PrintingErrorSink.h"
+#include "host/ProgressConsole.h"
 #include "host/Text.h"
 #include "version.h"
 
 #include <commctrl.h>
 
 #include <algorithm>
-#include <optional>
-#include <utility>
+#include <chrono>
+#include <memory>
 
 namespace host {
 namespace {
@@ -32,78 +34,6 @@ using SorvaneCommon::ExportEngineFactory;
 
 // A dialog that nobody is there to answer must not hold up the program for ever.
 constexpr std::chrono::seconds unattendedLimit{60};
-
-/// Says on a watched console which page is being exported, and takes the line away before anything else is
-/// said.
-class ProgressConsole : public Console {
-public:
-    explicit ProgressConsole(Console& console) : console(console) {}
-
-    void showProgress(const std::string& text) {
-        if (!console.isWatched())
-            return;
-        clearProgress();
-        console.print(text);
-        shown = text.size();
-    }
-
-    void clearProgress() {
-        if (!shown)
-            return;
-        std::string blanks(std::exchange(shown, 0) + 2, ' ');
-        blanks.front() = blanks.back() = '\r';
-        console.print(blanks);
-    }
-
-    void print(const std::string& text) override {
-        clearProgress();
-        console.print(text);
-    }
-    void printError(const std::string& text) override {
-        clearProgress();
-        console.printError(text);
-    }
-    bool isWatched() const override { return console.isWatched(); }
-    bool canAsk() const override { return console.canAsk(); }
-    std::optional<std::string> ask(const std::string& question) override {
-        clearProgress();
-        return console.ask(question);
-    }
-
-private:
-    Console& console;
-    std::size_t shown = 0;
-};
-
-/// Knows which page the engine is at.
-class PagePosition : public PageWatcher {
-public:
-    PagePosition(const FilePages& pages, ProgressConsole& console) : pages(pages), console(console) {}
-
-    void pageAsked(const FilePage& page) override {
-        if (started && pages[index].get() == &page)
-            return;
-        started = true;
-        // Pages come in their order, so the next one is nearly always the right one.
-        const auto from = pages.begin() + static_cast<std::ptrdiff_t>(std::min(index, pages.size()));
-        const auto isPage = [&page](const auto& other) { return other.get() == &page; };
-        auto found = std::find_if(from, pages.end(), isPage);
-        if (found == pages.end())
-            found = std::find_if(pages.begin(), from, isPage);
-        index = static_cast<std::size_t>(found - pages.begin());
-        console.showProgress("Exporting page " + std::to_string(index + 1) + " of " +
-                             std::to_string(pages.size()));
-    }
-
-    /// None before the first page.
-    std::optional<std::size_t> current() const { return started ? std::optional(index) : std::nullopt; }
-
-private:
-    const FilePages& pages;
-    ProgressConsole& console;
-    std::size_t index = 0;
-    bool started = false;
-};
 
 std::wstring languageFile(const Surroundings& surroundings, const std::wstring& language) {
     return surroundings.programFolder + L"\\lang\\" + language + L".ini";
@@ -267,41 +197,47 @@ private:
     std::unique_ptr<ExportTarget> target;
 };
 
-void printList(Console& console, const EnginesManager& manager) {
-    for (const auto& factory : manager.getFactories()) {
+/// What a loaded component finds around it, and the component itself. Gone again in the opposite order.
+struct ComponentSession {
+    ComponentSession(const Surroundings& surroundings, Console& console, Overwrite overwrite,
+                     const FilePages& pages)
+        : temporaryRoot(surroundings.temporaryFolder),
+          application(surroundings.baseRegistryPath, console, overwrite, pages),
+          component(surroundings.programFolder + L"\\BasicExport.dll", manager) {}
+
+    TemporaryRoot temporaryRoot;
+    ConsoleApplication application;
+    EnginesManager manager;
+    ComponentModule component;
+};
+
+int printList(const Options& options, Console& console, const Surroundings& surroundings) {
+    const FilePages noPages;
+    const ComponentSession session(surroundings, console, options.overwrite, noPages);
+    for (const auto& factory : session.manager.getFactories()) {
         bxbase::Reference<BXImage::Image> icon;
         const std::string size = factory->getIcon(icon) ? std::to_string(icon->getWidth()) + "x" +
                                                               std::to_string(icon->getHeight())
                                                         : "no icon";
         console.print(std::string(factory->getId()) + "\t" + factory->getName() + "\t" + size + "\n");
     }
+    return exitDone;
 }
 
-int runCommand(const Options& options, ProgressConsole& console, const Surroundings& surroundings) {
-    loadLanguage(options, surroundings);
-    const bool exports = options.command == Options::Command::Export;
-
+int exportPages(const Options& options, ProgressConsole& console, const Surroundings& surroundings) {
     // The watcher is made before the pages that it looks at, and they before everything that holds them.
     PageList list;
     PagePosition position(list.pages, console);
-    if (exports)
-        list = collectPages(options.pages, &position);
+    list = collectPages(options.pages, &position);
     for (const std::string& remark : list.remarks)
         console.printError("scanexport: " + remark + "\n");
-    if (exports && list.pages.empty())
+    if (list.pages.empty())
         throw HostError("There are no pages to export.");
-    std::optional<ExportRun> run;
-    if (exports)
-        run.emplace(options, console, list.pages, position).checkBefore();
+    ExportRun run(options, console, list.pages, position);
+    run.checkBefore();
 
-    const TemporaryRoot temporaryRoot(surroundings.temporaryFolder);
-    ConsoleApplication application(surroundings.baseRegistryPath, console, options.overwrite, list.pages);
-    EnginesManager manager;
-    const ComponentModule component(surroundings.programFolder + L"\\BasicExport.dll", manager);
-    if (exports)
-        return run->run(manager, application);
-    printList(console, manager);
-    return exitDone;
+    const ComponentSession session(surroundings, console, options.overwrite, list.pages);
+    return run.run(session.manager, session.application);
 }
 
 } // namespace
@@ -318,9 +254,14 @@ int runScanExport(const std::vector<std::wstring>& arguments, Console& console,
         case Options::Command::Version:
             console.print("scanexport " PRODUCT_VERSION "\n");
             return exitDone;
-        default:
-            return runCommand(options, progress, surroundings);
+        case Options::Command::List:
+            loadLanguage(options, surroundings);
+            return printList(options, progress, surroundings);
+        case Options::Command::Export:
+            break;
         }
+        loadLanguage(options, surroundings);
+        return exportPages(options, progress, surroundings);
     } catch (const UsageError& error) {
         progress.printError("scanexport: " + std::string(error.what()) + " (--help explains the usage.)\n");
         return exitUsage;

@@ -1,0 +1,26 @@
+// Follows which page an engine is at.
+#include "host/PagePosition.h"
+
+#include "host/ProgressConsole.h"
+
+#include <algorithm>
+#include <string>
+
+namespace host {
+
+void PagePosition::pageAsked(const FilePage& page) {
+    if (started && pages[index].get() == &page)
+        return;
+    started = true;
+    // Pages come in their order, so the next one is nearly always the right one.
+    const auto from = pages.begin() + static_cast<std::ptrdiff_t>(std::min(index, pages.size()));
+    const auto isPage = [&page](const auto& other) { return other.get() == &page; };
+    auto found = std::find_if(from, pages.end(), isPage);
+    if (found == pages.end())
+        found = std::find_if(pages.begin(), from, isPage);
+    index = static_cast<std::size_t>(found - pages.begin());
+    console.showProgress("Exporting page " + std::to_string(index + 1) + " of " +
+                         std::to_string(pages.size()));
+}
+
+} // namespace host
