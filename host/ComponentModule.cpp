@@ -6,6 +6,8 @@
 #include "host/HostError.h"
 #include "host/Text.h"
 
+#include <exception>
+
 namespace host {
 namespace {
 
@@ -38,9 +40,9 @@ ComponentModule::ComponentModule(const std::wstring& path, EnginesManager& manag
         FreeLibrary(module);
         throw HostError(failure + "it has no application object.");
     }
-    if (!initInstance()) {
+    if (const auto reason = start()) {
         unload();
-        throw HostError(failure + "it refused to start.");
+        throw HostError(failure + *reason + ".");
     }
 }
 
@@ -48,13 +50,22 @@ ComponentModule::~ComponentModule() {
     unload();
 }
 
-bool ComponentModule::initInstance() {
+std::optional<std::string> ComponentModule::start() {
     const std::size_t others = manager.getFactories().size();
-    AFX_MAINTAIN_STATE2 state(AfxFindModuleState(module));
-    const bool started = application->InitInstance() != FALSE;
+    std::optional<std::string> reason;
+    // Nothing of the exception may be left when the module goes: its code can be in there.
+    try {
+        AFX_MAINTAIN_STATE2 state(AfxFindModuleState(module));
+        if (!application->InitInstance())
+            reason = "it refused to start";
+    } catch (const std::exception& error) {
+        reason = std::string("it failed while starting: ") + error.what();
+    } catch (...) {
+        reason = "it failed while starting";
+    }
     for (std::size_t i = others; i < manager.getFactories().size(); ++i)
         registered.push_back(manager.getFactories()[i].get());
-    return started;
+    return reason;
 }
 
 void ComponentModule::unload() {

@@ -5,6 +5,7 @@
 
 #include <windows.h>
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -23,7 +24,7 @@ namespace host {
 class ComponentModule {
 public:
     /// Throws HostError, in one sentence, when the file is missing or no DLL for this program, has no
-    /// application object, or does not want to start.
+    /// application object, does not want to start or throws meanwhile. Nothing of it is loaded then.
     /// @param path     the full path. DLLs that the component needs are found beside it as well.
     /// @param manager  the process's engines manager; must outlive the module
     ComponentModule(const std::wstring& path, EnginesManager& manager);
@@ -32,7 +33,8 @@ public:
     ComponentModule& operator=(const ComponentModule&) = delete;
 
 private:
-    bool initInstance();
+    /// Why the component did not start, as the second half of a sentence; none when it did.
+    std::optional<std::string> start();
     void unload();
 
     EnginesManager& manager;

@@ -108,6 +108,21 @@ TEST_F(ComponentModuleTest, AComponentThatRefusesToStartLeavesNothingBehind) {
     EXPECT_FALSE(isLoaded(path));
 }
 
+TEST_F(ComponentModuleTest, AComponentThatThrowsWhileItStartsLeavesNothingBehind) {
+    const std::wstring path = component(L"Throws");
+
+    EXPECT_EQ(failureOf(path), cannotLoad(path, "it failed while starting: there is no scanner"));
+    EXPECT_THAT(manager.getFactories(), IsEmpty());
+    EXPECT_FALSE(isLoaded(path));
+}
+
+TEST_F(ComponentModuleTest, AComponentThatThrowsNoExceptionObjectLeavesNothingBehindEither) {
+    const std::wstring path = component(L"ThrowsNumber");
+
+    EXPECT_EQ(failureOf(path), cannotLoad(path, "it failed while starting"));
+    EXPECT_FALSE(isLoaded(path));
+}
+
 TEST_F(ComponentModuleTest, AComponentThatRegistersNothingIsLoadedAllTheSame) {
     const ComponentModule module(component(L"RegistersNothing"), manager);
 

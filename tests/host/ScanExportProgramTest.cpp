@@ -249,7 +249,7 @@ TEST_F(ScanExportProgramTest, ACrashEndsItWithOneSentence) {
 }
 
 TEST_F(ScanExportProgramTest, AnExceptionThatNobodyCatchesEndsItWithOneSentence) {
-    replaceComponent(L"Throws");
+    replaceComponent(L"ThrowsAtExit");
 
     const ChildResult result = run({L"--list"});
 
