@@ -26,15 +26,17 @@ Export to a directory:
   --start N          number of the first page
   --no-number        no number in the name; for a single page only
   --parent-name      puts the name of the page's folder before the prefix
-  --overwrite=WHAT   what to do about files that exist: ask (on the console; without one nothing is
-                     overwritten), yes or no (both end the export at the first such file with 2)
+  --overwrite=WHAT   what to do about a file that exists already:
+                       ask   asks on the console, or does as with no where there is none (default)
+                       yes   overwrites it
+                       no    ends the export there, with exit code 2
   --show-dialog      fills in the dialog and leaves it to you to change and confirm it
 
 An option that is not given leaves what the dialog offers: what was confirmed last time, and as the prefix
 the name of the first page's folder. --digits and --start switch the number on, should it have been off.
 
 General:
-  --lang LANGUAGE    language of dialogs and questions: en or cs; without it, that of Windows
+  --lang LANGUAGE    language of the dialogs: en or cs; without it, that of Windows
   --list             prints the identifier, name and icon size of each kind of export
   --                 ends the options; what follows are pages
   --help, --version
