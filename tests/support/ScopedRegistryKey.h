@@ -1,24 +1,23 @@
 // A registry key of one test's own.
 #pragma once
 
-#include <windows.h>
-
 #include <string>
 
 namespace test {
 
-/// A key under HKEY_CURRENT_USER that does not exist when the test starts and is gone when it ends.
+/// A key under HKEY_CURRENT_USER that does not exist when the test starts. What the user had there waits in a
+/// key beside it and is back when the test ends, or at the end of the next one if this one dies.
 class ScopedRegistryKey {
 public:
-    explicit ScopedRegistryKey(std::wstring path) : path(std::move(path)) { remove(); }
-    ~ScopedRegistryKey() { remove(); }
+    /// Throws std::runtime_error when what is there cannot be put aside.
+    explicit ScopedRegistryKey(std::wstring path);
+    ~ScopedRegistryKey();
     ScopedRegistryKey(const ScopedRegistryKey&) = delete;
     ScopedRegistryKey& operator=(const ScopedRegistryKey&) = delete;
 
 private:
-    void remove() const { RegDeleteTreeW(HKEY_CURRENT_USER, path.c_str()); }
-
     std::wstring path;
+    std::wstring aside;
 };
 
 } // namespace test
