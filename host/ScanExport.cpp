@@ -225,6 +225,9 @@ int printList(const Options& options, Console& console, const Surroundings& surr
 }
 
 int exportPages(const Options& options, ProgressConsole& console, const Surroundings& surroundings) {
+    if (options.showDialog && !surroundings.isDesktopVisible())
+        throw HostError("--show-dialog is not possible, because there is no desktop to see the dialog on.");
+
     // The watcher is made before the pages that it looks at, and they before everything that holds them.
     PageList list;
     PagePosition position(list.pages, console);

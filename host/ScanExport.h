@@ -4,7 +4,9 @@
 #include "host/Console.h"
 #include "host/HostApplication.h"
 #include "host/TemporaryRoot.h"
+#include "host/VisibleDesktop.h"
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -18,6 +20,8 @@ struct Surroundings {
     std::wstring programFolder;
     std::wstring baseRegistryPath = HostApplication::defaultBasePath;
     std::wstring temporaryFolder = TemporaryRoot::defaultParent();
+    /// Whether somebody can see a dialog that is left to a person.
+    std::function<bool()> isDesktopVisible = host::isDesktopVisible;
 };
 
 /// Runs the program and gives its exit code. Everything it says goes to the console.

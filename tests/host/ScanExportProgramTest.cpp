@@ -4,6 +4,7 @@
 #include "host/HostApplication.h"
 #include "host/Text.h"
 #include "host/UniqueHandle.h"
+#include "host/VisibleDesktop.h"
 #include "support/ChildProcess.h"
 #include "support/ScopedRegistryKey.h"
 #include "support/TempFolder.h"
@@ -215,6 +216,17 @@ TEST_F(ScanExportProgramTest, LeavesNoTemporaryFiles) {
 
     EXPECT_FALSE(RemoveDirectoryW((folder / L"temp").c_str())) << "the temporary root was made elsewhere";
     EXPECT_TRUE(RemoveDirectoryW((folder / L"temp\\Sorvane\\ScanHost").c_str())) << "it is not empty";
+}
+
+TEST_F(ScanExportProgramTest, RefusesToLeaveADialogToAPersonWhoCannotSeeIt) {
+    if (host::isDesktopVisible())
+        GTEST_SKIP() << "here the dialog can be seen";
+    addPage(L"a.tif");
+
+    const ChildResult result = exportTo(out, {L"--show-dialog", pages});
+
+    EXPECT_EQ(result.exitCode, 1u);
+    EXPECT_THAT(result.errors, StartsWith("scanexport: --show-dialog is not possible"));
 }
 
 TEST_F(ScanExportProgramTest, AComponentWithoutThisKindOfExportIsToldAbout) {

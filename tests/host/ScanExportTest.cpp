@@ -14,9 +14,12 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <chrono>
 #include <functional>
 #include <optional>
+#include <stop_token>
 #include <thread>
+#include <utility>
 
 namespace {
 
@@ -52,6 +55,7 @@ protected:
         surroundings.programFolder = programFolder();
         surroundings.baseRegistryPath = basePath;
         surroundings.temporaryFolder = folder / L"temp";
+        surroundings.isDesktopVisible = [] { return true; }; // to Person, wherever the test runs
         CreateDirectoryW(pages.c_str(), nullptr);
     }
 
@@ -458,31 +462,74 @@ TEST_F(ScanExportTest, AMissingLanguageFileIsNamed) {
               "scanexport: The language file " + folder.utf8() + "\\lang\\en.ini cannot be read.\n");
 }
 
-/// Acts from another thread on the dialog that the program leaves to a person.
+/// Acts from another thread on the dialog that the program leaves to a person. A dialog that does not come up
+/// filled in, or stays after the act, fails the test and is cancelled.
 class Person {
 public:
     explicit Person(std::function<void(HWND)> act)
-        : worker([thread = GetCurrentThreadId(), act = std::move(act)] {
-              for (int i = 0; i < 2000; ++i, Sleep(5)) {
-                  HWND dialog = nullptr;
-                  EnumThreadWindows(thread, findFilledIn, reinterpret_cast<LPARAM>(&dialog));
-                  if (dialog)
-                      return act(dialog);
+        : worker([this, thread = GetCurrentThreadId(), act = std::move(act)](std::stop_token over) {
+              const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
+              for (; !over.stop_requested(); Sleep(5)) {
+                  if (std::chrono::steady_clock::now() > deadline) {
+                      isLate = true;
+                      if (HWND dialog = find(thread, isDialog))
+                          PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
+                  } else if (HWND dialog = hasActed ? nullptr : find(thread, isFilledIn)) {
+                      hasActed = true;
+                      act(dialog);
+                  }
               }
           }) {}
-    ~Person() { worker.join(); }
+    ~Person() {
+        worker.request_stop();
+        worker.join();
+        EXPECT_TRUE(hasActed) << "the dialog did not come up filled in";
+        EXPECT_FALSE(isLate) << "a dialog was cancelled because it did not end";
+    }
+    Person(const Person&) = delete;
+    Person& operator=(const Person&) = delete;
 
 private:
-    static BOOL CALLBACK findFilledIn(HWND window, LPARAM found) {
-        if (!IsWindowVisible(window) ||
-            host::windowText(GetDlgItem(window, host::directoryDialog::prefixEdit)) != L"Scan")
+    using Match = bool (*)(HWND);
+
+    static bool isDialog(HWND window) {
+        return IsWindowVisible(window) && host::windowClass(window) == L"#32770";
+    }
+
+    static bool isFilledIn(HWND window) {
+        return IsWindowVisible(window) &&
+               host::windowText(GetDlgItem(window, host::directoryDialog::prefixEdit)) == L"Scan";
+    }
+
+    static HWND find(DWORD thread, Match match) {
+        std::pair<Match, HWND> search(match, nullptr);
+        EnumThreadWindows(thread, visit, reinterpret_cast<LPARAM>(&search));
+        return search.second;
+    }
+
+    static BOOL CALLBACK visit(HWND window, LPARAM parameter) {
+        auto& [match, found] = *reinterpret_cast<std::pair<Match, HWND>*>(parameter);
+        if (!match(window))
             return TRUE;
-        *reinterpret_cast<HWND*>(found) = window;
+        found = window;
         return FALSE;
     }
 
-    std::thread worker;
+    bool hasActed = false;
+    bool isLate = false;
+    std::jthread worker; ///< last, so that it starts after and ends before what it uses
 };
+
+TEST_F(ScanExportTest, ADialogThatNobodyCouldSeeIsRefused) {
+    addPage(L"a.tif");
+    surroundings.isDesktopVisible = [] { return false; };
+
+    EXPECT_EQ(exportScans({L"--show-dialog", pages}), 1);
+    EXPECT_EQ(
+        console.errors,
+        "scanexport: --show-dialog is not possible, because there is no desktop to see the dialog on.\n");
+    EXPECT_FALSE(outExists());
+}
 
 TEST_F(ScanExportTest, ADialogThatThePersonCancelsStopsTheExport) {
     addPage(L"a.tif");
