@@ -3,6 +3,7 @@
 
 #include "SorvaneBase/bxdisk/Disk.h"
 #include "SorvaneBase/bxdisk/File.h"
+#include "SorvaneBase/bxutils/ResourceManager.h"
 #include "SorvaneCommon/ExportUtils/Extension.h"
 #include "host/CommandLinePath.h"
 #include "host/DirectoryDialogControls.h"
@@ -111,21 +112,32 @@ std::string DirectoryTarget::reasonForFailure(const FilePage& page, std::size_t 
     if (!folder.isDirectory())
         return destination() + " is not a folder";
 
-    ULARGE_INTEGER available{};
-    if (GetDiskFreeSpaceExW(folder.getPath().c_str(), &available, nullptr, nullptr) &&
-        available.QuadPart < static_cast<ULONGLONG>(bxdisk::File(page.path()).getFileSize()))
-        return "the disk of " + destination() + " is full";
-
     bxdisk::File target(settings.directory);
     target.append(utf8(fileNameFor(page, index, pageCount)));
+    const std::int64_t pageSize = bxdisk::File(page.path()).getFileSize();
     const bool existed = target.exists();
+    // A larger file is one from before that the copy did not get to.
+    const std::string remains = existed && target.getFileSize() < pageSize
+                                    ? ", and " + utf8(target.getPath()) + " is incomplete"
+                                    : "";
+
+    ULARGE_INTEGER available{};
+    if (GetDiskFreeSpaceExW(folder.getPath().c_str(), &available, nullptr, nullptr) &&
+        available.QuadPart < static_cast<ULONGLONG>(pageSize))
+        return "the disk of " + destination() + " is full" + remains;
+
     const UniqueHandle file(CreateFileW(target.getPath().c_str(), GENERIC_WRITE | DELETE,
                                         FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_ALWAYS,
                                         existed ? 0 : FILE_FLAG_DELETE_ON_CLOSE, nullptr));
     const DWORD error = file ? ERROR_SUCCESS : GetLastError();
     if (error != ERROR_SUCCESS)
         return utf8(target.getPath()) + " cannot be written: " + reasonFor(error);
-    return "Windows did not copy it to " + utf8(target.getPath());
+    return "Windows did not copy it to " + utf8(target.getPath()) + remains;
+}
+
+bool DirectoryTarget::isToldByReason(const std::string& message) const {
+    return message.starts_with(bxutils::getResourceManager()->getText("Scan", "ScanExport.Error.CannotCopy") +
+                               "\n");
 }
 
 void DirectoryTarget::refuseFolderOf(const FilePages& pages, const std::wstring& target) const {

@@ -21,6 +21,7 @@ public:
     std::string destination() const override;
     std::string reasonForFailure(const FilePage& page, std::size_t index,
                                  std::size_t pageCount) const override;
+    bool isToldByReason(const std::string& message) const override;
 
 private:
     /// What the dialog holds.

@@ -40,9 +40,13 @@ public:
     /// Where the export goes to, for messages: what was last observed, or else what the options say.
     virtual std::string destination() const = 0;
 
-    /// Why a page that can be read did not get to its destination, as the second half of a sentence.
+    /// Why a page that can be read did not get to its destination, and what is left there of it, as the second
+    /// half of a sentence.
     virtual std::string reasonForFailure(const FilePage& page, std::size_t index,
                                          std::size_t pageCount) const = 0;
+
+    /// Whether a message box of the component only announces the failure that reasonForFailure() explains.
+    virtual bool isToldByReason(const std::string& message) const = 0;
 };
 
 /// The kind of export that the options ask for.

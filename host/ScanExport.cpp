@@ -167,7 +167,10 @@ private:
     int exportPages(ExportEngine& engine) {
         DialogPilot pilot(unattendedLimit);
         pilot.always(anyMessageBox(), [this](HWND box) {
-            console.printError("scanexport: " + dismiss(box) + "\n");
+            const bool isTwice = target->isToldByReason(utf8(messageBoxText(box)));
+            const std::string text = dismiss(box);
+            if (!isTwice)
+                console.printError("scanexport: " + text + "\n");
             return true;
         });
         PrintingErrorSink errors(console, [this](const std::string& message) { return explain(message); });

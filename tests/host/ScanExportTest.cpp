@@ -411,9 +411,8 @@ TEST_F(ScanExportTest, APageThatGetsLockedEndsTheExportWithItsName) {
 
     EXPECT_EQ(exportScans({pages}), 1);
 
-    EXPECT_EQ(console.errors, "scanexport: The file could not be copied: " + utf8(b) +
-                                  "\nscanexport: The page " + utf8(b) +
-                                  " cannot be exported: another program is using it.\n");
+    EXPECT_EQ(console.errors,
+              "scanexport: The page " + utf8(b) + " cannot be exported: another program is using it.\n");
 }
 
 TEST_F(ScanExportTest, ALockedTargetKeepsItsContent) {
@@ -425,9 +424,20 @@ TEST_F(ScanExportTest, ALockedTargetKeepsItsContent) {
         EXPECT_EQ(exportScans({L"--overwrite=yes", pages}), 1);
     }
     EXPECT_EQ(outFile(L"Scan001.tif"), "old");
-    EXPECT_THAT(console.errors,
-                EndsWith("scanexport: The page " + utf8(a) + " was not exported: " + utf8(out) +
-                         "\\Scan001.tif cannot be written: another program is using it.\n"));
+    EXPECT_EQ(console.errors, "scanexport: The page " + utf8(a) + " was not exported: " + utf8(out) +
+                                  "\\Scan001.tif cannot be written: another program is using it.\n");
+}
+
+TEST_F(ScanExportTest, AFailureIsToldInOneSentenceWhateverTheLanguageOfTheDialogs) {
+    const std::wstring a = addPage(L"a.tif");
+    std::optional<Lock> lock;
+    whenAtPage(1, [&] { lock.emplace(a); });
+
+    EXPECT_EQ(host::runScanExport({L"--lang=cs", L"--to-dir", out, L"--prefix=Scan", L"--digits=3", a},
+                                  console, surroundings),
+              1);
+    EXPECT_EQ(console.errors,
+              "scanexport: The page " + utf8(a) + " cannot be exported: another program is using it.\n");
 }
 
 TEST_F(ScanExportTest, ATargetFolderThatVanishesIsNamed) {
@@ -440,8 +450,8 @@ TEST_F(ScanExportTest, ATargetFolderThatVanishesIsNamed) {
 
     EXPECT_EQ(exportScans({pages}), 1);
 
-    EXPECT_THAT(console.errors, EndsWith("scanexport: The page " + utf8(b) +
-                                         " was not exported: " + utf8(out) + " is not a folder.\n"));
+    EXPECT_EQ(console.errors,
+              "scanexport: The page " + utf8(b) + " was not exported: " + utf8(out) + " is not a folder.\n");
 }
 
 TEST_F(ScanExportTest, AMissingComponentIsNamed) {

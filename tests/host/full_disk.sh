@@ -41,7 +41,8 @@ fail() {
     exit 1
 }
 [ $status -eq 1 ] || fail "exit code $status instead of 1"
-grep -q '2\.tif was not exported: the disk of .*\\disk\\out is full\.$' "$work/errors" ||
-    fail "the page and the reason are not named"
+grep -q '2\.tif was not exported: the disk of .*\\disk\\out is full, and .*\\Scan2\.tif is incomplete\.$' \
+    "$work/errors" || fail "the page, the reason and the incomplete file are not named"
+[ "$(wc -l <"$work/errors")" -eq 1 ] || fail "it is told in more than one sentence"
 cmp "$work/pages/1.tif" "$work/disk/out/Scan1.tif" || fail "the page before is not whole"
 [ ! -e "$work/disk/out/Scan3.tif" ] || fail "it went on after the failure"
