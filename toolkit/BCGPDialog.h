@@ -21,7 +21,6 @@ public:
     /// called before DoModal(). pRTC is the class of the layout, CBCGPStaticLayout when null; bResizeBox asks for a
     /// size grip in the lower right corner.
     void EnableLayout(BOOL bEnable = TRUE, CRuntimeClass* pRTC = nullptr, BOOL bResizeBox = TRUE);
-    BOOL IsLayoutEnabled() const { return m_pLayout != nullptr; }
     /// Null without layout. Controls can be anchored once CBCGPDialog::OnInitDialog() has run.
     CBCGPControlsLayout* GetLayout() { return m_pLayout.get(); }
 

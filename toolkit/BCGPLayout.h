@@ -18,7 +18,6 @@ public:
 
     /// Of the whole window, with its frame.
     CSize GetMinSize() const { return m_sizeMin; }
-    void SetMinSize(const CSize& size) { m_sizeMin = size; }
 
     /// The window's client area has a new size.
     virtual void OnResize(UINT /*nFlags*/, int /*cx*/, int /*cy*/) {}

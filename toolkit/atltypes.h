@@ -41,17 +41,13 @@ public:
     int Height() const noexcept { return bottom - top; }
     CSize Size() const noexcept { return {Width(), Height()}; }
     CPoint TopLeft() const noexcept { return {left, top}; }
-    CPoint BottomRight() const noexcept { return {right, bottom}; }
     CPoint CenterPoint() const noexcept { return {(left + right) / 2, (top + bottom) / 2}; }
 
     operator LPRECT() noexcept { return this; }
     operator LPCRECT() const noexcept { return this; }
 
-    BOOL IsRectEmpty() const noexcept { return ::IsRectEmpty(this); }
     BOOL PtInRect(POINT point) const noexcept { return ::PtInRect(this, point); }
     void OffsetRect(int x, int y) noexcept { ::OffsetRect(this, x, y); }
-    void InflateRect(int x, int y) noexcept { ::InflateRect(this, x, y); }
-    void DeflateRect(int x, int y) noexcept { ::InflateRect(this, -x, -y); }
 
     BOOL operator==(const RECT& rect) const noexcept { return ::EqualRect(this, &rect); }
     BOOL operator!=(const RECT& rect) const noexcept { return !(*this == rect); }

@@ -4,6 +4,8 @@
 #include "SorvaneBase/SorvaneException.h"
 #include "host/Text.h"
 
+#include <gtest/gtest.h>
+
 #include <windows.h>
 
 #include <utility>
@@ -15,6 +17,10 @@ TestPage::TestPage(const std::wstring& path)
 
 TestPage::TestPage(std::string fileName, std::optional<std::string> data, std::wstring copyPath)
     : fileName(std::move(fileName)), data(std::move(data)), copyPath(std::move(copyPath)) {}
+
+TestPage::~TestPage() {
+    EXPECT_EQ(references, 0) << "somebody still holds the page " << fileName;
+}
 
 void TestPage::getFileName(Sorvane::u8string& name) {
     name = fileName;

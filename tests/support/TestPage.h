@@ -31,6 +31,8 @@ public:
     /// A page that has to write a copy for whoever wants its data.
     TestPage(std::string fileName, std::optional<std::string> data, std::wstring copyPath);
 
+    ~TestPage() override;
+
     void addRef() override { ++references; }
     void release() override { --references; }
 
