@@ -313,6 +313,7 @@ void printTimes(std::size_t count, const Times& times) {
 /// How much more a page costs in the size where it costs most than in the size where it costs least.
 double costSpread(const std::map<std::size_t, Times>& sizes, std::vector<double> Times::*side) {
     std::vector<double> costs;
+    costs.reserve(sizes.size());
     for (const auto& [count, times] : sizes)
         costs.push_back(median(times.*side) / static_cast<double>(count));
     const auto [cheapest, dearest] = std::minmax_element(costs.begin(), costs.end());
