@@ -227,8 +227,9 @@ TEST_F(DialogOwnerTest, HiddenLeavesTheDialogAtTheScreensCentre) {
         RECT work;
         dialog.GetWindowRect(window);
         SystemParametersInfo(SPI_GETWORKAREA, 0, &work, 0);
-        EXPECT_NEAR(window.CenterPoint().x, (work.left + work.right) / 2, 1);
-        EXPECT_NEAR(window.CenterPoint().y, (work.top + work.bottom) / 2, 1);
+        const CPoint middle = CRect(work).CenterPoint();
+        EXPECT_NEAR(window.CenterPoint().x, middle.x, 1);
+        EXPECT_NEAR(window.CenterPoint().y, middle.y, 1);
     });
 }
 

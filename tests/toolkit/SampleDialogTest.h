@@ -17,7 +17,7 @@ protected:
     void TearDown() override { EXPECT_TRUE(pilot.succeeded()) << pilot.failure(); }
 
     /// Shows the dialog, runs the function once it is seen, and cancels it.
-    INT_PTR showAnd(std::function<void()> look) {
+    INT_PTR showAnd(const std::function<void()>& look) {
         pilot.then("look", host::dialogTitled(L"Sample"), [look](HWND window) {
             look();
             PostMessage(window, WM_COMMAND, IDCANCEL, 0);

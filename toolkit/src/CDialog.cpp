@@ -37,10 +37,10 @@ public:
     const DLGTEMPLATE* get() const { return reinterpret_cast<const DLGTEMPLATE*>(storage.data()); }
 
     bool hasPosition() const {
-        const ExtendedTemplateHead head = read<ExtendedTemplateHead>();
+        const auto head = read<ExtendedTemplateHead>();
         if (isExtended())
             return head.x || head.y || (head.style & positionStyles);
-        const DLGTEMPLATE plain = read<DLGTEMPLATE>();
+        const auto plain = read<DLGTEMPLATE>();
         return plain.x || plain.y || (plain.style & positionStyles);
     }
 
