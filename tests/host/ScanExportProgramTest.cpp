@@ -78,6 +78,9 @@ protected:
         for (const std::wstring& file : files)
             ASSERT_TRUE(
                 CopyFileW((programFolder() + file).c_str(), (folder / (L"bin\\" + file)).c_str(), TRUE));
+        // Only checked builds have this one.
+        CopyFileW((programFolder() + L"GuardHeap.dll").c_str(), (folder / L"bin\\GuardHeap.dll").c_str(),
+                  TRUE);
         ASSERT_TRUE(
             CopyFileW((host::fullPathOf(host::wide(TEST_COMPONENTS)) + L"\\" + name + L".dll").c_str(),
                       (folder / L"bin\\BasicExport.dll").c_str(), TRUE));
