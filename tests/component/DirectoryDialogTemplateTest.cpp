@@ -85,7 +85,7 @@ private:
 
     std::wstring readText() {
         std::wstring text;
-        while (const wchar_t character = read<wchar_t>())
+        while (const auto character = read<wchar_t>())
             text += character;
         return text;
     }

@@ -477,7 +477,7 @@ TEST_F(ScanExportTest, AMissingLanguageFileIsNamed) {
 class Person {
 public:
     explicit Person(std::function<void(HWND)> act)
-        : worker([this, thread = GetCurrentThreadId(), act = std::move(act)](std::stop_token over) {
+        : worker([this, thread = GetCurrentThreadId(), act = std::move(act)](const std::stop_token& over) {
               const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
               for (; !over.stop_requested(); Sleep(5)) {
                   if (std::chrono::steady_clock::now() > deadline) {

@@ -19,16 +19,16 @@ public:
     std::vector<std::string> calls;
 
 protected:
-    afx_msg void OnBaseOnly() { calls.push_back("base only"); }
-    afx_msg void OnBoth() { calls.push_back("base"); }
-    afx_msg void OnRange(UINT id) { calls.push_back("range " + std::to_string(id)); }
+    afx_msg void OnBaseOnly() { calls.emplace_back("base only"); }
+    afx_msg void OnBoth() { calls.emplace_back("base"); }
+    afx_msg void OnRange(UINT id) { calls.emplace_back("range " + std::to_string(id)); }
     afx_msg LRESULT OnAdd(WPARAM wParam, LPARAM lParam) { return static_cast<LRESULT>(wParam) + lParam; }
     afx_msg void OnSize(UINT nType, int cx, int cy) {
         CWnd::OnSize(nType, cx, cy);
-        calls.push_back("size " + std::to_string(cx) + " " + std::to_string(cy));
+        calls.emplace_back("size " + std::to_string(cx) + " " + std::to_string(cy));
     }
     afx_msg void OnNotifyClick(NMHDR* header, LRESULT* result) {
-        calls.push_back("notify " + std::to_string(header->idFrom));
+        calls.emplace_back("notify " + std::to_string(header->idFrom));
         *result = 77;
     }
 
@@ -47,8 +47,8 @@ END_MESSAGE_MAP()
 
 class DerivedWindow : public BaseWindow {
 private:
-    afx_msg void OnBoth() { calls.push_back("derived"); }
-    afx_msg void OnChange() { calls.push_back("change"); }
+    afx_msg void OnBoth() { calls.emplace_back("derived"); }
+    afx_msg void OnChange() { calls.emplace_back("change"); }
 
     DECLARE_MESSAGE_MAP()
 };
