@@ -1,0 +1,57 @@
+// Writes a ZIP archive from files.
+#pragma once
+
+#include "SorvaneBase/Api.h"
+#include "SorvaneBase/StringTypes.h"
+
+#include <cstddef>
+#include <memory>
+
+namespace bxzip {
+
+/// The owner of one archive that is being written.
+///
+/// The archive: entries in the order in which they were added, with UTF-8 names exactly as given, the time of
+/// each file's last change, deflated unless the file's bytes are compressed already (JPEG, PNG, compressed
+/// TIFF, PDF, archives) or would not become smaller. Files and archives of any size and any number of entries
+/// work with bounded memory; the 64-bit extensions are used only where they are needed. The same files give
+/// the same bytes on every machine.
+///
+/// An existing file at the path stays untouched, and locked, until the archive is closed, and is replaced in
+/// one step then. When adding an entry failed, or setIncomplete was called, it is kept beside the archive as
+/// NAME.bak ("NAME (2).bak" and so on when that is taken). What a crash leaves behind beside the path is
+/// removed when an archive is created at the same path again.
+///
+/// Thread: one at a time; large files are compressed on threads of the object's own.
+/// Errors: nothing throws; each failure is logged with its cause and with the names of the files it left.
+class SORVANEBASE_API ZipWriterPtr {
+public:
+    /// Starts without an archive. The handle is always null; there is no other way to have one than
+    /// createZipFile.
+    explicit ZipWriterPtr(std::nullptr_t archive);
+
+    /// Finishes and closes the archive.
+    ~ZipWriterPtr();
+    ZipWriterPtr(const ZipWriterPtr&) = delete;
+    ZipWriterPtr& operator=(const ZipWriterPtr&) = delete;
+
+    /// Creates the archive, without entries at first. False when a file cannot be written at the path, be it
+    /// new or in the place of the existing one: a folder, a missing parent, a locked or read-only file; then
+    /// nothing has changed there. May be called once.
+    bool createZipFile(const Sorvane::u8string& path);
+
+    /// Stores the whole content of a file as a new entry.
+    /// False when the file cannot be read or changes meanwhile, when the archive cannot be written, and for a
+    /// name that readers would lose: empty, ending with a separator, or used before. The archive stays as it
+    /// was before the call, and a disk that is full cannot make it unreadable.
+    bool addItemFromFile(const Sorvane::u8string& entryName, const Sorvane::u8string& filePath);
+
+    /// Declares that the archive will lack entries for a reason of the caller's.
+    void setIncomplete();
+
+private:
+    struct State;
+    std::unique_ptr<State> state;
+};
+
+} // namespace bxzip
