@@ -33,6 +33,7 @@
 #include <optional>
 #include <random>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -229,20 +230,20 @@ private:
     bool painting = false;
 };
 
-host::FilePages makePages(const Sources& sources, const std::wstring& folder, std::size_t count) {
+host::FilePages makePages(const Sources& sources, const std::wstring& folder, std::size_t count,
+                          host::PageWatcher* watcher) {
     const auto parent = std::make_shared<host::FileFolder>(folder);
     host::FilePages pages;
     for (std::size_t page = 0; page < count; ++page)
-        pages.emplace_back(new bxbase::ReferencedImpl<host::FilePage>(sources[page], parent, nullptr));
+        pages.emplace_back(new bxbase::ReferencedImpl<host::FilePage>(sources[page], parent, watcher));
     return pages;
 }
 
-/// Exports the first pages through the component, its dialog filled in and confirmed; gives the seconds from the
-/// end of the dialog to the last written page.
-double exportPages(const Host& host, const host::FilePages& pages, const Target& target) {
+/// Exports pages through the component, its dialog filled in and confirmed.
+void exportPages(const Host& host, const host::FilePages& pages, const Target& target) {
     const auto engine = host.createEngine();
-    for (std::size_t page = 0; page < target.files().size(); ++page)
-        engine->addData(pages[page].get());
+    for (const auto& page : pages)
+        engine->addData(page.get());
     {
         host::DialogPilot pilot(std::chrono::seconds(30));
         pilot.then(
@@ -254,60 +255,86 @@ double exportPages(const Host& host, const host::FilePages& pages, const Target&
             throw host::HostError("The dialog was not confirmed: " + pilot.failure());
     }
     SorvaneException errors;
-    const auto start = Clock::now();
-    const int result = engine->exportData(nullptr, errors);
-    const double seconds = secondsSince(start);
-    if (result != 0)
+    if (engine->exportData(nullptr, errors) != 0)
         throw host::HostError(std::string("The export failed: ") + errors.what());
-    return seconds;
-}
-
-double copyPages(const Sources& sources, const Target& target) {
-    const std::vector<std::wstring>& files = target.files();
-    const auto start = Clock::now();
-    for (std::size_t page = 0; page < files.size(); ++page)
-        if (!CopyFileW(sources[page].c_str(), files[page].c_str(), FALSE))
-            fail("CopyFileW failed");
-    return secondsSince(start);
 }
 
 struct Options {
     std::wstring folder;
     std::vector<std::size_t> counts{1000, 10000, 50000};
-    std::size_t rounds = 3;
+    std::size_t rounds = 2;
     std::size_t memoryPages = 0;
 };
 
+/// The seconds that a page took in each turn.
 struct Times {
     std::vector<double> ours;
     std::vector<double> peer;
     std::vector<double> ratios;
 };
 
-/// One export and one loop of copies, each into a fresh folder; `oursFirst` says in which order.
-void measurePair(const Host& host, const Sources& sources, const host::FilePages& pages,
-                 const Options& options, std::size_t count, bool indexed, bool oursFirst, Times& times) {
-    const auto ours = [&] {
-        const Target target(options.folder + L"\\export", count, indexed);
-        times.ours.push_back(exportPages(host, pages, target));
-        target.verify();
-    };
-    const auto peer = [&] {
-        const Target target(options.folder + L"\\copies", count, indexed);
-        times.peer.push_back(copyPages(sources, target));
-    };
-    if (oursFirst)
-        ours();
-    peer();
-    if (!oursFirst)
-        ours();
-    times.ratios.push_back(times.ours.back() / times.peer.back());
+/// Copies each block of pages with CopyFileW right before the engine exports it. Taking turns, both sides meet the
+/// same disk: how fast that takes data changes within a run by more than the sides differ.
+class TurnTaker : public host::PageWatcher {
+public:
+    TurnTaker(const Sources& sources, const Target& copies, Times& times)
+        : sources(sources), copies(copies), times(times) {}
+
+    void pageAsked(const host::FilePage& page) override {
+        if (&page == current)
+            return;
+        current = &page;
+        if (asked == copied) {
+            endTurn();
+            copyBlock();
+            turn = Clock::now();
+        }
+        ++asked;
+    }
+
+    /// Ends the engine's turn, if it has exported anything in it.
+    void endTurn() {
+        if (blockPages > 0) {
+            times.ours.push_back(secondsSince(turn) / static_cast<double>(blockPages));
+            times.ratios.push_back(times.ours.back() / times.peer.back());
+        }
+    }
+
+private:
+    static constexpr std::size_t maxBlockPages = 100;
+
+    void copyBlock() {
+        blockPages = std::min(maxBlockPages, copies.files().size() - copied);
+        const auto start = Clock::now();
+        for (const std::size_t end = copied + blockPages; copied < end; ++copied)
+            if (!CopyFileW(sources[copied].c_str(), copies.files()[copied].c_str(), FALSE))
+                fail("CopyFileW failed");
+        times.peer.push_back(secondsSince(start) / static_cast<double>(blockPages));
+    }
+
+    const Sources& sources;
+    const Target& copies;
+    Times& times;
+    Clock::time_point turn;
+    const host::FilePage* current = nullptr;
+    std::size_t asked = 0;
+    std::size_t copied = 0;
+    std::size_t blockPages = 0; ///< of the turn
+};
+
+void measurePages(const Host& host, const Sources& sources, const Options& options, std::size_t count,
+                  bool indexed, Times& times) {
+    const Target target(options.folder + L"\\export", count, indexed);
+    const Target copies(options.folder + L"\\copies", count, indexed);
+    TurnTaker turns(sources, copies, times);
+    exportPages(host, makePages(sources, options.folder, count, &turns), target);
+    turns.endTurn();
+    target.verify();
 }
 
 void printTimes(std::size_t count, const Times& times) {
-    std::printf("%8zu  %5zu  %9.2f s  %9.2f s  %8.3f  %11.3f ms\n", count, times.ratios.size(),
-                median(times.ours), median(times.peer), median(times.ratios),
-                median(times.ours) * 1000 / static_cast<double>(count));
+    std::printf("%8zu  %6zu  %9.3f ms  %9.3f ms  %8.3f\n", count, times.ratios.size(),
+                median(times.ours) * 1000, median(times.peer) * 1000, median(times.ratios));
 }
 
 /// How much more a page costs in the size where it costs most than in the size where it costs least.
@@ -315,38 +342,33 @@ double costSpread(const std::map<std::size_t, Times>& sizes, std::vector<double>
     std::vector<double> costs;
     costs.reserve(sizes.size());
     for (const auto& [count, times] : sizes)
-        costs.push_back(median(times.*side) / static_cast<double>(count));
+        costs.push_back(median(times.*side));
     const auto [cheapest, dearest] = std::minmax_element(costs.begin(), costs.end());
     return *dearest / *cheapest;
 }
 
 void measureExport(const Host& host, const Options& options) {
     const Sources sources(options.folder);
-    const std::size_t largest = *std::max_element(options.counts.begin(), options.counts.end());
     const std::size_t smallest = *std::min_element(options.counts.begin(), options.counts.end());
-    const host::FilePages pages = makePages(sources, options.folder, largest);
 
+    Times firstSteps;
+    measurePages(host, sources, options, std::min<std::size_t>(smallest, 100), true, firstSteps);
     std::map<std::size_t, Times> indexed;
     Times scanned;
-    measurePair(host, sources, pages, options, std::min<std::size_t>(smallest, 100), true, true, scanned);
-    scanned = {};
     for (std::size_t round = 0; round < options.rounds; ++round) {
         std::fprintf(stderr, "round %zu of %zu\n", round + 1, options.rounds);
         for (const std::size_t count : options.counts) {
-            // The small sizes pass quickly and vary most.
-            const std::size_t pairs = std::clamp<std::size_t>(20000 / count, 1, 6);
-            for (std::size_t pair = 0; pair < pairs; ++pair) {
-                Times& times = indexed[count];
-                measurePair(host, sources, pages, options, count, true, times.ours.size() % 2 == 0, times);
-            }
+            // The small sizes pass quickly and give few turns.
+            for (std::size_t times = std::clamp<std::size_t>(20000 / count, 1, 6); times > 0; --times)
+                measurePages(host, sources, options, count, true, indexed[count]);
         }
-        for (int pair = 0; pair < 2; ++pair)
-            measurePair(host, sources, pages, options, smallest, false, pair == 0, scanned);
+        measurePages(host, sources, options, smallest, false, scanned);
     }
 
     std::puts(
-        "Directory export of pages of 100 KiB against a loop of CopyFileW with the same names; medians");
-    std::puts("   pages  pairs       export    CopyFileW     ratio  export a page");
+        "Directory export of pages of 100 KiB against CopyFileW with the same names, in turns of 100 pages;");
+    std::puts("milliseconds a page and their ratio, medians of the turns");
+    std::puts("   pages   turns        export     CopyFileW     ratio");
     for (const auto& [count, times] : indexed)
         printTimes(count, times);
     std::printf("cost of a page, dearest size against cheapest: export %.3f, CopyFileW %.3f\n",
@@ -388,15 +410,12 @@ void measureMemory(const Host& host, const Options& options) {
     {
         // What is loaded and allocated once is there before the count begins.
         const Target target(options.folder + L"\\export", 1, true);
-        exportPages(host, makePages(sources, options.folder, 1), target);
+        exportPages(host, makePages(sources, options.folder, 1, nullptr), target);
     }
     const Target target(options.folder + L"\\export", options.memoryPages, true);
     MemoryWatcher watcher;
     const Memory before = memoryNow();
-    const auto parent = std::make_shared<host::FileFolder>(options.folder);
-    host::FilePages pages;
-    for (std::size_t page = 0; page < options.memoryPages; ++page)
-        pages.emplace_back(new bxbase::ReferencedImpl<host::FilePage>(sources[page], parent, &watcher));
+    const host::FilePages pages = makePages(sources, options.folder, options.memoryPages, &watcher);
     exportPages(host, pages, target);
     const Memory after = memoryNow();
     const double perPage = 1.0 / static_cast<double>(options.memoryPages);
@@ -472,7 +491,7 @@ Options parseOptions(int count, wchar_t** arguments) {
     Options options;
     if (count < 2 || count % 2 != 0)
         throw host::UsageError(
-            "usage: ExportBenchmark FOLDER [--pages 1000,10000,50000] [--rounds 3] [--memory PAGES]");
+            "usage: ExportBenchmark FOLDER [--pages 1000,10000,50000] [--rounds 2] [--memory PAGES]");
     options.folder = arguments[1];
     for (int index = 2; index < count; index += 2) {
         const std::wstring name = arguments[index];
