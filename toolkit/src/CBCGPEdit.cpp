@@ -1,5 +1,6 @@
 // An edit with a button to browse for a folder.
 #include "BCGPEdit.h"
+#include "OleSession.h"
 #include "SystemCall.h"
 #include "Theme.h"
 
@@ -14,26 +15,6 @@ namespace {
 
 const wchar_t* const buttonText = L"...";
 
-struct TaskMemory {
-    void operator()(void* memory) const { CoTaskMemFree(memory); }
-};
-
-// Taken by the folder dialog for its tree and its drag and drop; false on a thread that runs COM in the other way.
-class OleSession {
-public:
-    OleSession() : isOpen(SUCCEEDED(OleInitialize(nullptr))) {}
-    OleSession(const OleSession&) = delete;
-    OleSession& operator=(const OleSession&) = delete;
-    ~OleSession() {
-        if (isOpen)
-            OleUninitialize();
-    }
-    explicit operator bool() const { return isOpen; }
-
-private:
-    bool isOpen;
-};
-
 int CALLBACK startAtFolder(HWND dialog, UINT message, LPARAM /*lParam*/, LPARAM data) {
     const auto* folder = reinterpret_cast<const wchar_t*>(data);
     if (message == BFFM_INITIALIZED && *folder)
@@ -43,7 +24,7 @@ int CALLBACK startAtFolder(HWND dialog, UINT message, LPARAM /*lParam*/, LPARAM 
 
 /// Empty when the user chose none.
 std::wstring askForFolder(HWND owner, const CString& title, UINT flags, const CString& start) {
-    const OleSession ole;
+    const OleSession ole; // for the tree and its drag and drop
     BROWSEINFO info{};
     info.hwndOwner = owner;
     info.lpszTitle = title;
@@ -51,8 +32,7 @@ std::wstring askForFolder(HWND owner, const CString& title, UINT flags, const CS
     info.ulFlags = ole ? flags : flags & ~static_cast<UINT>(BIF_NEWDIALOGSTYLE);
     info.lpfn = startAtFolder;
     info.lParam = reinterpret_cast<LPARAM>(start.GetString());
-    const std::unique_ptr<ITEMIDLIST, TaskMemory> chosen(
-        callSystem([&] { return SHBrowseForFolder(&info); }));
+    const TaskMemory<ITEMIDLIST> chosen(callSystem([&] { return SHBrowseForFolder(&info); }));
     std::wstring path(32768, L'\0');
     if (!chosen ||
         !SHGetPathFromIDListEx(chosen.get(), path.data(), static_cast<DWORD>(path.size()), GPFIDL_DEFAULT))
