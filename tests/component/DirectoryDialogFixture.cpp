@@ -1,9 +1,8 @@
 // A directory dialog on the screen, operated as a user would.
 #include "DirectoryDialogFixture.h"
 
-#include "SorvaneBase/bxutils/ResourceManager.h"
-#include "host/Text.h"
 #include "resource.h"
+#include "support/HostTexts.h"
 
 using host::click;
 using host::dialogWith;
@@ -11,7 +10,7 @@ using host::dialogWith;
 void DirectoryDialogFixture::SetUp() {
     key = L"SOFTWARE\\BasicExportTests\\" + std::to_wstring(GetCurrentProcessId()) +
           L"\\2.0\\Components\\BasicExport";
-    loadLanguage(L"en.ini");
+    test::loadLanguage(L"en.ini");
     addPage();
 }
 
@@ -58,28 +57,4 @@ std::wstring DirectoryDialogFixture::storedHistory() {
     value.bytes.copy(reinterpret_cast<char*>(text.data()), text.size() * sizeof(wchar_t));
     EXPECT_TRUE(value.type == REG_SZ && !text.empty() && text.back() == L'\0');
     return text.substr(0, text.find(L'\0'));
-}
-
-host::DialogPilot::Action now(std::function<void(HWND)> look) {
-    return [look = std::move(look)](HWND window) {
-        look(window);
-        return true;
-    };
-}
-
-host::DialogPilot::Action waitForText(int controlId, std::wstring text) {
-    return
-        [controlId, text = std::move(text)](HWND window) { return controlText(window, controlId) == text; };
-}
-
-std::wstring controlText(HWND window, int controlId) {
-    return host::windowText(GetDlgItem(window, controlId));
-}
-
-void loadLanguage(const std::wstring& fileName) {
-    ASSERT_TRUE(bxutils::getResourceManager()->loadLanguageFile(LANGUAGE_FOLDER L"\\" + fileName));
-}
-
-std::wstring hostText(const char* section, const char* textKey) {
-    return host::wide(bxutils::getResourceManager()->getText(section, textKey));
 }

@@ -51,17 +51,3 @@ protected:
     ExportUtils::ExportEngineBase::Pages pages;
     std::unique_ptr<ExportDirectoryDialog> dialog; ///< of the last show()
 };
-
-// Actions.
-
-/// Looks at the dialog, or does something to it that needs no waiting.
-host::DialogPilot::Action now(std::function<void(HWND)> look);
-/// Waits until a control shows the text.
-host::DialogPilot::Action waitForText(int controlId, std::wstring text);
-
-std::wstring controlText(HWND window, int controlId);
-
-/// Makes the texts of a language file of the host current.
-void loadLanguage(const std::wstring& fileName);
-/// A text of the current language.
-std::wstring hostText(const char* section, const char* textKey);

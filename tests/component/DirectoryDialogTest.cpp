@@ -3,7 +3,9 @@
 #include "SorvaneBase/bxutils/ResourceManager.h"
 #include "resource.h"
 #include "support/ClippedTexts.h"
+#include "support/DialogInspection.h"
 #include "support/FolderBrowsing.h"
+#include "support/HostTexts.h"
 
 #include <shlobj.h>
 #include <uxtheme.h>
@@ -13,6 +15,16 @@ using host::click;
 using host::dialogWith;
 using host::enterText;
 using host::inOrder;
+using test::controlText;
+using test::edges;
+using test::hostText;
+using test::loadLanguage;
+using test::now;
+using test::pixels;
+using test::pressKey;
+using test::rectIn;
+using test::waitForText;
+using test::withFocus;
 using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::StartsWith;
@@ -76,47 +88,12 @@ const Control controls[] = {
      "ScanExport.Directory.UseFolderName"},
 };
 
-RECT rectIn(HWND window, int id) {
-    RECT rect;
-    GetWindowRect(GetDlgItem(window, id), &rect);
-    MapWindowPoints(nullptr, window, reinterpret_cast<POINT*>(&rect), 2);
-    return rect;
-}
-
-/// x, y, width and height in pixels, each rounded by itself as the dialog manager does.
-RECT pixels(HWND window, RECT dialogUnits) {
-    MapDialogRect(window, &dialogUnits);
-    return {dialogUnits.left, dialogUnits.top, dialogUnits.left + dialogUnits.right,
-            dialogUnits.top + dialogUnits.bottom};
-}
-
-std::vector<LONG> edges(const RECT& rect) {
-    return {rect.left, rect.top, rect.right, rect.bottom};
-}
-
 bool isEnabled(HWND window, int id) {
     return IsWindowEnabled(GetDlgItem(window, id));
 }
 
 bool isTicked(HWND window, int id) {
     return IsDlgButtonChecked(window, id) == BST_CHECKED;
-}
-
-/// Looks at the dialog as soon as it has the focus, which the windows of other tests may take away meanwhile.
-host::DialogPilot::Action withFocus(std::function<void(HWND)> look) {
-    return [look = std::move(look)](HWND window) {
-        if (!GetFocus()) {
-            SetForegroundWindow(window);
-            return false;
-        }
-        look(window);
-        return true;
-    };
-}
-
-void pressKey(HWND window, WPARAM key) {
-    PostMessageW(window, WM_KEYDOWN, key, 1);
-    PostMessageW(window, WM_KEYUP, key, 1);
 }
 
 /// A press of the left mouse button on an entry of the history.
@@ -162,13 +139,10 @@ protected:
 
 TEST_F(DirectoryDialogTest, HoldsItsControlsInTheOrderOfTheTemplate) {
     inspect({now([](HWND window) {
-        std::vector<int> ids;
-        for (HWND child = GetWindow(window, GW_CHILD); child; child = GetWindow(child, GW_HWNDNEXT))
-            ids.push_back(GetDlgCtrlID(child));
         std::vector<int> expected;
         for (const Control& control : controls)
             expected.push_back(control.id);
-        EXPECT_EQ(ids, expected);
+        EXPECT_EQ(test::controlIds(window), expected);
     })});
 }
 
@@ -209,16 +183,7 @@ TEST_F(DirectoryDialogTest, BindsEveryControlToAnObject) {
 
 TEST_F(DirectoryDialogTest, TabGoesThroughItsFieldsWithTheParentFolderOptionLast) {
     std::vector<int> focused;
-    inspect({withFocus([&focused](HWND window) {
-        for (int i = 0; i < 10; ++i) {
-            focused.push_back(GetDlgCtrlID(GetFocus()));
-            MSG tab = {};
-            tab.hwnd = GetFocus();
-            tab.message = WM_KEYDOWN;
-            tab.wParam = VK_TAB;
-            IsDialogMessageW(window, &tab);
-        }
-    })});
+    inspect({withFocus([&focused](HWND window) { focused = test::focusedByTab(window, 9); })});
     EXPECT_THAT(focused, ElementsAre(4006, 4028, 4008, 4027, 4009, 4010, 1, 2, 4030, 4006));
 }
 
@@ -310,19 +275,6 @@ TEST_F(DirectoryDialogTest, ControlsReturnToTheirPlacesWithTheWindow) {
 
 // Texts.
 
-std::vector<std::wstring> languages() {
-    std::vector<std::wstring> files;
-    WIN32_FIND_DATAW found;
-    HANDLE search = FindFirstFileW(LANGUAGE_FOLDER L"\\*.ini", &found);
-    if (search == INVALID_HANDLE_VALUE)
-        return files;
-    do
-        files.emplace_back(found.cFileName);
-    while (FindNextFileW(search, &found));
-    FindClose(search);
-    return files;
-}
-
 class DirectoryDialogLanguageTest : public DirectoryDialogTest,
                                     public testing::WithParamInterface<std::wstring> {
 protected:
@@ -349,7 +301,7 @@ TEST_P(DirectoryDialogLanguageTest, ClipsNoText) {
     inspect({now([](HWND window) { EXPECT_THAT(test::clippedTexts(window), IsEmpty()); })});
 }
 
-INSTANTIATE_TEST_SUITE_P(Languages, DirectoryDialogLanguageTest, testing::ValuesIn(languages()),
+INSTANTIATE_TEST_SUITE_P(Languages, DirectoryDialogLanguageTest, testing::ValuesIn(test::languageFiles()),
                          [](const auto& info) {
                              const std::wstring& file = info.param;
                              return std::string(file.begin(), file.begin() + file.find(L'.'));

@@ -1,12 +1,15 @@
 // What the directory dialog remembers in the registry, byte for byte.
 #include "DirectoryDialogFixture.h"
 #include "resource.h"
+#include "support/DialogInspection.h"
 
 using host::click;
 using host::enterText;
 using host::inOrder;
 using test::bytesOf;
 using test::bytesOfTerminated;
+using test::controlText;
+using test::now;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
