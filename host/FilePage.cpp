@@ -2,9 +2,9 @@
 #include "host/FilePage.h"
 
 #include "SorvaneBase/SorvaneException.h"
-#include "SorvaneBase/bxdisk/Disk.h"
 #include "SorvaneBase/bxdisk/File.h"
 #include "host/HostError.h"
+#include "host/TemporaryRoot.h"
 #include "host/Text.h"
 #include "host/UniqueHandle.h"
 
@@ -83,16 +83,16 @@ bool FilePage::getFilePath(std::wstring& path) {
 
 bool FilePage::createDataCopy(std::wstring& path, SorvaneException& error) {
     DWORD reason = ERROR_SUCCESS;
-    std::string directory;
-    if (bxdisk::createTempDir("page", directory)) {
-        const std::wstring copy = wide(directory) + L"\\" + fileName();
+    std::wstring directory;
+    if (createPageCopyDirectory(directory)) {
+        const std::wstring copy = directory + L"\\" + fileName();
         if (CopyFileW(bxdisk::File(filePath).getPath().c_str(), copy.c_str(), TRUE)) {
             path = copy;
             return true;
         }
         reason = GetLastError();
         DeleteFileW(copy.c_str());
-        RemoveDirectoryW(wide(directory).c_str());
+        RemoveDirectoryW(directory.c_str());
     } else {
         reason = GetLastError();
     }

@@ -10,6 +10,7 @@
 #include <cwchar>
 #include <filesystem>
 #include <system_error>
+#include <vector>
 
 namespace host {
 namespace {
@@ -17,6 +18,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::chrono::hours staleAge{24};
+constexpr char pageCopyPrefix[] = "page";
 
 unsigned long long startTimeOf(HANDLE process) {
     FILETIME start{};
@@ -40,7 +42,30 @@ fs::file_time_type newestDirectoryTime(const fs::path& directory) {
     return newest;
 }
 
+// Leaves what another program might read, and the root for as long as there is any of it.
+void removePageCopies(const fs::path& root) {
+    const std::wstring start = wide(pageCopyPrefix) + L"-";
+    std::vector<fs::path> copies;
+    std::error_code error;
+    for (fs::directory_iterator entry(root, error), end; !error && entry != end; entry.increment(error)) {
+        if (entry->path().filename().wstring().starts_with(start))
+            copies.push_back(entry->path());
+    }
+    std::error_code ignored;
+    for (const fs::path& copy : copies)
+        fs::remove_all(copy, ignored);
+    fs::remove(root, ignored);
+}
+
 } // namespace
+
+bool createPageCopyDirectory(std::wstring& path) {
+    std::string directory;
+    if (!bxdisk::createTempDir(pageCopyPrefix, directory))
+        return false;
+    path = wide(directory);
+    return true;
+}
 
 void removeStaleRoots(const std::wstring& parent) {
     std::error_code error;
@@ -48,8 +73,10 @@ void removeStaleRoots(const std::wstring& parent) {
         const auto run = RunName::parse(entry->path().filename().wstring());
         if (!run || run->isRunning())
             continue;
-        if (fs::file_time_type::clock::now() - newestDirectoryTime(entry->path()) < staleAge)
+        if (fs::file_time_type::clock::now() - newestDirectoryTime(entry->path()) < staleAge) {
+            removePageCopies(entry->path());
             continue;
+        }
         // What a program still holds open stays for the start after this one.
         std::error_code ignored;
         fs::remove_all(entry->path(), ignored);

@@ -28,8 +28,13 @@ private:
     std::wstring directory;
 };
 
-/// A run that crashed leaves its directory behind. Removes those whose process is gone and into which nothing
-/// has been put for a day: a mail client may still be reading attachments out of younger ones.
+/// Makes a directory under the root for the copy of a page. Nobody but the run itself reads it. False when it
+/// cannot be made; GetLastError() says why.
+bool createPageCopyDirectory(std::wstring& path);
+
+/// A run that crashed leaves its directory behind. Removes the copies of pages in those whose process is gone,
+/// and everything in those into which nothing has been put for a day: a mail client may still be reading
+/// attachments out of younger ones.
 void removeStaleRoots(const std::wstring& parent);
 
 /// The name of a run's directory: the process and, because process numbers come round again, its start.

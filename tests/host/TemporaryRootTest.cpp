@@ -16,6 +16,7 @@ namespace {
 using host::RunName;
 using host::TemporaryRoot;
 using testing::ElementsAre;
+using testing::IsEmpty;
 
 class TemporaryRootTest : public testing::Test {
 protected:
@@ -80,6 +81,38 @@ TEST_F(TemporaryRootTest, KeepsWhatIsYoungerThanADay) {
     { const TemporaryRoot root(folder.path()); }
 
     EXPECT_THAT(folder.list(), ElementsAre(endedRun()));
+}
+
+TEST_F(TemporaryRootTest, RemovesCopiesOfPagesAsSoonAsTheirRunHasEnded) {
+    leave(endedRun(), std::chrono::hours(0));
+    DeleteFileW((folder / endedRun() + L"\\page.tif").c_str());
+    leave(endedRun() + L"\\page-12-1", std::chrono::hours(0));
+
+    { const TemporaryRoot root(folder.path()); }
+
+    EXPECT_THAT(folder.list(), IsEmpty());
+}
+
+TEST_F(TemporaryRootTest, KeepsYoungAttachmentsBesideCopiesOfPages) {
+    leave(endedRun(), std::chrono::hours(1));
+    DeleteFileW((folder / endedRun() + L"\\page.tif").c_str());
+    leave(endedRun() + L"\\page-12-1", std::chrono::hours(1));
+    leave(endedRun() + L"\\export-mail-12-2", std::chrono::hours(1));
+
+    { const TemporaryRoot root(folder.path()); }
+
+    EXPECT_EQ(test::readFile(folder / endedRun() + L"\\export-mail-12-2\\page.tif"), "x");
+    EXPECT_EQ(GetFileAttributesW((folder / endedRun() + L"\\page-12-1").c_str()), INVALID_FILE_ATTRIBUTES);
+}
+
+TEST_F(TemporaryRootTest, LeavesCopiesOfPagesToARunThatStillNeedsThem) {
+    const TemporaryRoot root(folder.path());
+    std::wstring copies;
+    ASSERT_TRUE(host::createPageCopyDirectory(copies));
+
+    host::removeStaleRoots(folder.path());
+
+    EXPECT_NE(GetFileAttributesW(copies.c_str()), INVALID_FILE_ATTRIBUTES);
 }
 
 TEST_F(TemporaryRootTest, KeepsAnOldRootIntoWhichSomethingWasPutADayAgoAtMost) {

@@ -1,0 +1,65 @@
+// What becomes of the copies that pages make for the ZIP engine, which leaves them to the host.
+#include "support/ChildProcess.h"
+#include "support/TempFolder.h"
+#include "support/ZipParser.h"
+
+#include <gmock/gmock.h>
+
+#include <windows.h>
+
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+using testing::SizeIs;
+
+class PageCopiesTest : public testing::Test {
+protected:
+    unsigned run(std::vector<std::wstring> arguments) {
+        arguments.insert(arguments.begin(), {temporary.path(), archive});
+        return runProgram(L"CopyingHost.exe", arguments).exitCode;
+    }
+
+    static std::vector<std::string> contentsOf(const std::wstring& path) {
+        std::string error;
+        const std::vector<std::string> contents = test::unpackZip(test::readFile(path), error);
+        EXPECT_EQ(error, "");
+        return contents;
+    }
+
+    const test::TempFolder temporary;
+    const test::TempFolder target;
+    const std::wstring archive = target / L"scans.zip";
+};
+
+TEST_F(PageCopiesTest, AreGoneWhenTheHostHasEnded) {
+    EXPECT_EQ(run({L"3"}), 0u);
+    EXPECT_THAT(contentsOf(archive), ElementsAre("page 1", "page 2", "page 3"));
+    EXPECT_THAT(temporary.list(), IsEmpty());
+}
+
+TEST_F(PageCopiesTest, OfAKilledHostAreGoneAfterTheNextStart) {
+    target.write(L"scans.zip", "old");
+    ASSERT_EQ(run({L"5", L"3"}), 9u);
+    ASSERT_THAT(temporary.list(), SizeIs(1)) << "nothing was left behind to be cleaned up";
+    const std::wstring root = temporary.list().front();
+    for (const wchar_t* number : {L"1", L"2", L"3"}) {
+        const DWORD processId = static_cast<DWORD>(_wtoi(root.c_str()));
+        EXPECT_EQ(test::readFile(temporary / (root + L"\\page-" + std::to_wstring(processId) + L"-" + number +
+                                              L"\\page.txt")),
+                  "page " + std::string(1, static_cast<char>(*number)));
+    }
+    EXPECT_EQ(test::readFile(archive), "old");
+
+    EXPECT_EQ(run({L"2"}), 0u);
+
+    EXPECT_THAT(temporary.list(), IsEmpty());
+    EXPECT_THAT(contentsOf(archive), ElementsAre("page 1", "page 2"));
+    EXPECT_THAT(target.list(), ElementsAre(L"scans.zip"));
+}
+
+} // namespace
