@@ -23,11 +23,13 @@ public:
                                                 const Sorvane::u8string& text,
                                                 const Sorvane::u8string& title) override;
 
+    /// Whether the file that exists at the path may be overwritten. Says why not.
+    bool mayOverwrite(const std::wstring& path);
+
     /// Whether an answer protected a page; the export has failed then, though the engine calls it stopped.
     bool hasProtectedPage() const noexcept { return protectedPage; }
 
 private:
-    bool mayOverwrite(const std::wstring& path);
     bool confirm(const std::string& question);
     bool isPage(const std::wstring& path) const;
 

@@ -5,6 +5,7 @@
 #include "host/FilePage.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace host {
@@ -37,6 +38,9 @@ public:
     /// Refuses, by throwing HostError, what was last observed.
     virtual void checkObserved(const FilePages& pages) const = 0;
 
+    /// The existing file that the engine would replace without a question, by what was last observed.
+    virtual std::optional<std::wstring> fileReplacedUnasked() const { return std::nullopt; }
+
     /// Where the export goes to, for messages: what was last observed, or else what the options say.
     virtual std::string destination() const = 0;
 
@@ -46,7 +50,7 @@ public:
                                          std::size_t pageCount) const = 0;
 
     /// Whether a message box of the component only announces the failure that reasonForFailure() explains.
-    virtual bool isToldByReason(const std::string& message) const = 0;
+    virtual bool isToldByReason(const std::string& /*message*/) const { return false; }
 };
 
 /// The kind of export that the options ask for.

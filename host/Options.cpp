@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <limits>
 #include <set>
+#include <utility>
 
 namespace host {
 
@@ -14,6 +15,7 @@ const char helpText[] =
     R"(Exports scanned pages through the component BasicExport.
 
   scanexport --to-dir DIR [options] PAGE...
+  scanexport --to-zip FILE [options] PAGE...
   scanexport --list
 
 A PAGE is a file, a folder (its images and PDF files, sorted so that 2 comes before 10) or @LIST, a text
@@ -26,16 +28,20 @@ Export to a directory:
   --start N          number of the first page
   --no-number        no number in the name; for a single page only
   --parent-name      puts the name of the page's folder before the prefix
+
+An option that is not given leaves what the dialog offers: what was confirmed last time, and as the prefix
+the name of the first page's folder. --digits and --start switch the number on, should it have been off.
+
+Export to a ZIP archive:
+  --to-zip FILE      packs all pages into the archive FILE, whose folder must exist
+  --prefix TEXT      starts each name in the archive; without it, names are numbers
+
+General:
   --overwrite=WHAT   what to do about a file that exists already:
                        ask   asks on the console, or does as with no where there is none (default)
                        yes   overwrites it
                        no    ends the export there, with exit code 2
   --show-dialog      fills in the dialog and leaves it to you to change and confirm it
-
-An option that is not given leaves what the dialog offers: what was confirmed last time, and as the prefix
-the name of the first page's folder. --digits and --start switch the number on, should it have been off.
-
-General:
   --lang LANGUAGE    language of the dialogs: en or cs; without it, that of Windows
   --list             prints the identifier, name and icon size of each kind of export
   --                 ends the options; what follows are pages
@@ -80,6 +86,8 @@ private:
         DirectoryOptions& directory = options.toDirectory;
         if (name == L"--to-dir")
             directory.directory = nonEmptyValue();
+        else if (name == L"--to-zip")
+            archive = nonEmptyValue();
         else if (name == L"--prefix")
             directory.prefix = value();
         else if (name == L"--digits")
@@ -157,11 +165,19 @@ private:
         throw UsageError("--overwrite is ask, yes or no, not \"" + utf8(text) + "\".");
     }
 
-    void check() const {
+    void check() {
         if (options.command != Options::Command::Export)
             return;
-        if (options.toDirectory.directory.empty())
-            throw UsageError("Say where to export to with --to-dir.");
+        if (options.toDirectory.directory.empty() && archive.empty())
+            throw UsageError("Say where to export to with --to-dir or --to-zip.");
+        if (!archive.empty()) {
+            for (const wchar_t* foreign :
+                 {L"--to-dir", L"--digits", L"--start", L"--no-number", L"--parent-name"}) {
+                if (given.contains(foreign))
+                    throw UsageError(utf8(foreign) + " does not go with --to-zip.");
+            }
+            options.toZip = {archive, std::exchange(options.toDirectory.prefix, {}).value_or(L"")};
+        }
         if (options.pages.empty())
             throw UsageError("There are no pages to export.");
     }
@@ -169,6 +185,7 @@ private:
     std::vector<std::wstring>::const_iterator next;
     std::vector<std::wstring>::const_iterator end;
     Options options;
+    std::wstring archive;
     std::wstring name;
     std::optional<std::wstring> attached;
     std::set<std::wstring> given;

@@ -21,11 +21,19 @@ struct DirectoryOptions {
     bool useParentFolderName = false;
 };
 
+/// What the person wants entered in the dialog of the export to a ZIP archive.
+struct ZipOptions {
+    std::wstring archive; ///< as typed
+    std::wstring prefix;
+};
+
 struct Options {
     enum class Command { Export, List, Help, Version };
 
     Command command = Command::Export;
     DirectoryOptions toDirectory;
+    /// Set when this is the kind of export that is wanted.
+    std::optional<ZipOptions> toZip;
     Overwrite overwrite = Overwrite::Ask;
     std::optional<std::wstring> language;
     bool showDialog = false;

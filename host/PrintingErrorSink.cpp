@@ -15,7 +15,9 @@ void PrintingErrorSink::reportError(const Sorvane::u8string& sourceFile, int lin
                                     const Sorvane::u8string& message) {
     ExportErrorSink::reportError(sourceFile, line, message);
     bxutils::getSystemLogFormater()->log(0, message.c_str(), sourceFile.c_str(), line);
-    console.printError("scanexport: " + explain(message) + "\n");
+    const std::string sentence = "scanexport: " + explain(message) + "\n";
+    if (sentence != std::exchange(said, sentence))
+        console.printError(sentence);
 }
 
 } // namespace host

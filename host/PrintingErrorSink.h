@@ -11,7 +11,7 @@ namespace host {
 class Console;
 
 /// Prints a sentence for each failure that an engine reports, and puts the report itself, which is written for
-/// developers, into the log.
+/// developers, into the log. What a page and its engine both report is said once.
 class PrintingErrorSink : public ExportErrorSink {
 public:
     /// @param console  not owned
@@ -25,6 +25,7 @@ public:
 private:
     Console& console;
     std::function<std::string(const std::string&)> explain;
+    std::string said;
 };
 
 } // namespace host

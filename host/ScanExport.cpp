@@ -73,7 +73,7 @@ public:
 
     void checkBefore() const { target->checkBefore(pages); }
 
-    int run(const EnginesManager& manager, const ConsoleApplication& application) {
+    int run(const EnginesManager& manager, ConsoleApplication& application) {
         ExportEngineFactory* factory = manager.findFactory(target->factoryId());
         if (!factory || !factory->isAvailable())
             throw HostError("The component does not offer this kind of export.");
@@ -89,7 +89,9 @@ public:
         if (!confirmed)
             return exitStopped;
         target->checkObserved(pages);
-        const int code = exportPages(*engine);
+        const auto replaced = target->fileReplacedUnasked();
+        const bool allowed = !replaced || application.mayOverwrite(*replaced);
+        const int code = allowed ? exportPages(*engine) : exitStopped;
         if (code == exitStopped && application.hasProtectedPage())
             return exitFailed;
         if (code == exitDone && console.isWatched())
@@ -242,7 +244,7 @@ int exportPages(const Options& options, ProgressConsole& console, const Surround
     ExportRun run(options, console, list.pages, position);
     run.checkBefore();
 
-    const ComponentSession session(surroundings, console, options.overwrite, list.pages);
+    ComponentSession session(surroundings, console, options.overwrite, list.pages);
     return run.run(session.manager, session.application);
 }
 

@@ -21,6 +21,8 @@ public:
     bool canAsk() const override { return !answers.empty(); }
     std::optional<std::string> ask(const std::string& question) override {
         questions += question + "\n";
+        if (onAsk)
+            onAsk();
         const std::string answer = answers.front();
         answers.pop_front();
         return answer;
@@ -29,6 +31,7 @@ public:
     bool watched = false;
     std::deque<std::string> answers; ///< while there are any, there is a person to ask
     std::function<void(const std::string&)> onPrint;
+    std::function<void()> onAsk;
 
     std::string output;
     std::string errors;

@@ -23,6 +23,7 @@ TEST(OptionsTest, PagesKeepTheirOrderAmongOptions) {
 
     EXPECT_EQ(options.command, Options::Command::Export);
     EXPECT_EQ(options.toDirectory.directory, L"out");
+    EXPECT_FALSE(options.toZip);
     EXPECT_THAT(options.pages, ElementsAre(L"b.tif", L"a.tif", L"@list"));
 }
 
@@ -53,6 +54,18 @@ TEST(OptionsTest, ReadsEveryOptionWithTheValueBehindIt) {
     EXPECT_EQ(options.overwrite, Overwrite::Yes);
     EXPECT_THAT(options.language, Optional(std::wstring(L"cs")));
     EXPECT_TRUE(options.showDialog);
+}
+
+TEST(OptionsTest, ReadsTheOptionsOfTheZipArchive) {
+    const Options options =
+        parseOptions({L"--prefix", L"Účet", L"--to-zip", L"a.zip", L"--overwrite=yes", L"a.tif"});
+
+    ASSERT_TRUE(options.toZip);
+    EXPECT_EQ(options.toZip->archive, L"a.zip");
+    EXPECT_EQ(options.toZip->prefix, L"Účet");
+    EXPECT_EQ(options.overwrite, Overwrite::Yes);
+    EXPECT_THAT(options.pages, ElementsAre(L"a.tif"));
+    EXPECT_EQ(parseOptions({L"--to-zip=a.zip", L"a.tif"}).toZip->prefix, L"");
 }
 
 TEST(OptionsTest, ReadsTheValueAttachedWithAnEqualsSign) {
@@ -107,8 +120,26 @@ TEST_P(WrongUsageTest, IsToldInASentence) {
 INSTANTIATE_TEST_SUITE_P(
     Options, WrongUsageTest,
     testing::Values(
-        WrongUsage{"Nothing", {}, "Say where to export to with --to-dir."},
-        WrongUsage{"NoTarget", {L"a.tif"}, "Say where to export to with --to-dir."},
+        WrongUsage{"Nothing", {}, "Say where to export to with --to-dir or --to-zip."},
+        WrongUsage{"NoTarget", {L"a.tif"}, "Say where to export to with --to-dir or --to-zip."},
+        WrongUsage{"TwoTargets",
+                   {L"--to-dir", L"out", L"--to-zip", L"a.zip", L"a.tif"},
+                   "--to-dir does not go with --to-zip."},
+        WrongUsage{"DigitsInZip",
+                   {L"--to-zip", L"a.zip", L"--digits", L"2", L"a.tif"},
+                   "--digits does not go with --to-zip."},
+        WrongUsage{"StartInZip",
+                   {L"--start=2", L"--to-zip", L"a.zip", L"a.tif"},
+                   "--start does not go with --to-zip."},
+        WrongUsage{"NoNumberInZip",
+                   {L"--to-zip", L"a.zip", L"--no-number", L"a.tif"},
+                   "--no-number does not go with --to-zip."},
+        WrongUsage{"ParentNameInZip",
+                   {L"--to-zip", L"a.zip", L"--parent-name", L"a.tif"},
+                   "--parent-name does not go with --to-zip."},
+        WrongUsage{"ArchiveEmpty", {L"--to-zip=", L"a.tif"}, "--to-zip needs a value that is not empty."},
+        WrongUsage{"ArchiveTwice", {L"--to-zip=a", L"--to-zip=b"}, "--to-zip is given twice."},
+        WrongUsage{"NoPagesForZip", {L"--to-zip", L"a.zip"}, "There are no pages to export."},
         WrongUsage{"NoPages", {L"--to-dir", L"out"}, "There are no pages to export."},
         WrongUsage{"UnknownOption", {L"--to-disk", L"out"}, "There is no option --to-disk."},
         WrongUsage{"UnknownOptionWithValue", {L"--größe=3"}, "There is no option --größe."},

@@ -8,6 +8,7 @@
 #include "support/ChildProcess.h"
 #include "support/ScopedRegistryKey.h"
 #include "support/TempFolder.h"
+#include "support/ZipParser.h"
 
 #include <gmock/gmock.h>
 
@@ -17,6 +18,7 @@ namespace {
 
 using host::utf8;
 using testing::AllOf;
+using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::MatchesRegex;
 using testing::StartsWith;
@@ -142,6 +144,24 @@ TEST_F(ScanExportProgramTest, EndsWith2AndChangesNothingAtADeclinedOverwrite) {
 
     EXPECT_EQ(exportTo(out, {L"--overwrite=yes", pages}).exitCode, 0u);
     EXPECT_EQ(outFile(L"Faktura001.tif"), "new");
+}
+
+TEST_F(ScanExportProgramTest, PacksPagesIntoAZipArchiveTwiceInARow) {
+    addPage(L"page10.jpg", "ten");
+    addPage(L"page2.tif", "two");
+    for (const wchar_t* overwrite : {L"--overwrite=no", L"--overwrite=yes"}) {
+        const ChildResult result =
+            run({L"--to-zip", folder / L"účty.zip", L"--prefix", L"Faktura_", overwrite, pages});
+        EXPECT_EQ(result.exitCode, 0u);
+        EXPECT_EQ(result.output, "");
+        EXPECT_EQ(result.errors, "");
+        std::string error;
+        EXPECT_THAT(test::unpackZip(test::readFile(folder / L"účty.zip"), error), ElementsAre("two", "ten"));
+        EXPECT_EQ(error, "");
+    }
+    EXPECT_EQ(run({L"--to-zip", folder / L"účty.zip", L"--overwrite=no", pages}).exitCode, 2u);
+    EXPECT_EQ(run({L"--to-zip", folder / L"účty.zip", L"--digits=2", pages}).exitCode, 7u);
+    EXPECT_EQ(run({L"--to-zip", pages, pages}).exitCode, 1u);
 }
 
 TEST_F(ScanExportProgramTest, PrintsUtf8ToFilesAndPipes) {

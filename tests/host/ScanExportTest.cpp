@@ -1,29 +1,16 @@
 // The console program with the real component, run inside the test.
-#include "host/ScanExport.h"
+#include "host/ScanExportFixture.h"
 
-#include "host/DialogPilot.h"
 #include "host/DirectoryDialogControls.h"
-#include "host/FakeConsole.h"
 #include "host/Text.h"
-#include "host/UniqueHandle.h"
-#include "support/ScopedRegistryKey.h"
-#include "support/TempFolder.h"
 
 #include <gmock/gmock.h>
-
-#include <windows.h>
-
-#include <algorithm>
-#include <chrono>
-#include <functional>
-#include <optional>
-#include <stop_token>
-#include <thread>
-#include <utility>
 
 namespace {
 
 using host::utf8;
+using test::Lock;
+using test::Person;
 using testing::AllOf;
 using testing::ElementsAre;
 using testing::EndsWith;
@@ -31,107 +18,13 @@ using testing::HasSubstr;
 using testing::IsEmpty;
 using testing::StartsWith;
 
-std::wstring programFolder() {
-    wchar_t path[MAX_PATH] = {};
-    GetModuleFileNameW(nullptr, path, MAX_PATH);
-    return std::wstring(path).substr(0, std::wstring(path).find_last_of(L'\\'));
-}
-
-/// Keeps others away from a file, as a program that has it open would.
-class Lock {
-public:
-    explicit Lock(const std::wstring& path)
-        : file(CreateFileW(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr)) {
-        EXPECT_TRUE(file) << "cannot lock";
-    }
-
-private:
-    host::UniqueHandle file;
-};
-
-class ScanExportTest : public testing::Test {
+class ScanExportTest : public ScanExportFixture {
 protected:
-    ScanExportTest() {
-        surroundings.programFolder = programFolder();
-        surroundings.baseRegistryPath = basePath;
-        surroundings.temporaryFolder = folder / L"temp";
-        surroundings.isDesktopVisible = [] { return true; }; // to Person, wherever the test runs
-        CreateDirectoryW(pages.c_str(), nullptr);
-    }
-
-    std::wstring addPage(const std::wstring& name, const std::string& data = "data") {
-        return folder.write(L"Faktury\\" + name, data);
-    }
-
-    int run(std::vector<std::wstring> arguments) {
-        arguments.insert(arguments.begin(), {L"--lang", L"en"});
-        return host::runScanExport(arguments, console, surroundings);
-    }
-
     /// Exports to `out` with names that begin with "Scan".
     int exportScans(std::vector<std::wstring> arguments) {
         arguments.insert(arguments.begin(), {L"--to-dir", out, L"--prefix", L"Scan", L"--digits", L"3"});
         return run(std::move(arguments));
     }
-
-    std::string outFile(const std::wstring& name) const { return test::readFile(out + L"\\" + name); }
-
-    std::vector<std::wstring> outNames() const { return namesIn(out); }
-
-    static std::vector<std::wstring> namesIn(const std::wstring& directory) {
-        std::vector<std::wstring> names;
-        WIN32_FIND_DATAW entry;
-        HANDLE search = FindFirstFileW((directory + L"\\*").c_str(), &entry);
-        if (search == INVALID_HANDLE_VALUE)
-            return names;
-        do {
-            if (!(entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY))
-                names.emplace_back(entry.cFileName);
-        } while (FindNextFileW(search, &entry));
-        FindClose(search);
-        std::sort(names.begin(), names.end());
-        return names;
-    }
-
-    bool outExists() const { return GetFileAttributesW(out.c_str()) != INVALID_FILE_ATTRIBUTES; }
-
-    std::optional<std::wstring> rememberedText(const wchar_t* name) const {
-        wchar_t text[1024] = {};
-        DWORD size = sizeof text;
-        if (RegGetValueW(HKEY_CURRENT_USER, key().c_str(), name, RRF_RT_REG_SZ, nullptr, text, &size))
-            return std::nullopt;
-        return text;
-    }
-
-    std::optional<DWORD> rememberedNumber(const wchar_t* name) const {
-        DWORD number = 0;
-        DWORD size = sizeof number;
-        if (RegGetValueW(HKEY_CURRENT_USER, key().c_str(), name, RRF_RT_REG_DWORD, nullptr, &number, &size))
-            return std::nullopt;
-        return number;
-    }
-
-    std::wstring key() const { return L"SOFTWARE\\" + basePath + L"\\1.0\\Components\\BasicExport"; }
-
-    /// What is printed before the page with this number (from 1) is exported.
-    static std::string beforePage(int number) { return "Exporting page " + std::to_string(number) + " of "; }
-
-    /// Does something while the export is at a page, before its file is asked for.
-    void whenAtPage(int number, std::function<void()> action) {
-        console.watched = true;
-        console.onPrint = [number, action = std::move(action)](const std::string& text) {
-            if (text.starts_with(beforePage(number)))
-                action();
-        };
-    }
-
-    const test::TempFolder folder;
-    const std::wstring pages = folder / L"Faktury";
-    const std::wstring out = folder / L"out";
-    const std::wstring basePath = L"BasicExportTests\\host-" + std::to_wstring(GetCurrentProcessId());
-    const test::ScopedRegistryKey registryKey{L"SOFTWARE\\" + basePath};
-    host::Surroundings surroundings;
-    test::FakeConsole console;
 };
 
 TEST_F(ScanExportTest, CopiesPagesByteForByteUnderNumberedNames) {
@@ -256,6 +149,7 @@ TEST_F(ScanExportTest, ListsTheKindsOfExport) {
 TEST_F(ScanExportTest, HelpAndVersionArePrinted) {
     EXPECT_EQ(run({L"--help"}), 0);
     EXPECT_THAT(console.output, HasSubstr("scanexport --to-dir DIR [options] PAGE..."));
+    EXPECT_THAT(console.output, HasSubstr("scanexport --to-zip FILE [options] PAGE..."));
     console.output.clear();
     EXPECT_EQ(run({L"--version"}), 0);
     EXPECT_THAT(console.output, testing::MatchesRegex("scanexport \\d+\\.\\d+\\.\\d+\n"));
@@ -472,64 +366,6 @@ TEST_F(ScanExportTest, AMissingLanguageFileIsNamed) {
               "scanexport: The language file " + folder.utf8() + "\\lang\\en.ini cannot be read.\n");
 }
 
-/// Acts from another thread on the dialog that the program leaves to a person. A dialog that does not come up
-/// filled in, or stays after the act, fails the test and is cancelled.
-class Person {
-public:
-    explicit Person(std::function<void(HWND)> act)
-        : worker([this, thread = GetCurrentThreadId(), act = std::move(act)](const std::stop_token& over) {
-              const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(10);
-              for (; !over.stop_requested(); Sleep(5)) {
-                  if (std::chrono::steady_clock::now() > deadline) {
-                      isLate = true;
-                      if (HWND dialog = find(thread, isDialog))
-                          PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
-                  } else if (HWND dialog = hasActed ? nullptr : find(thread, isFilledIn)) {
-                      hasActed = true;
-                      act(dialog);
-                  }
-              }
-          }) {}
-    ~Person() {
-        worker.request_stop();
-        worker.join();
-        EXPECT_TRUE(hasActed) << "the dialog did not come up filled in";
-        EXPECT_FALSE(isLate) << "a dialog was cancelled because it did not end";
-    }
-    Person(const Person&) = delete;
-    Person& operator=(const Person&) = delete;
-
-private:
-    using Match = bool (*)(HWND);
-
-    static bool isDialog(HWND window) {
-        return IsWindowVisible(window) && host::windowClass(window) == L"#32770";
-    }
-
-    static bool isFilledIn(HWND window) {
-        return IsWindowVisible(window) &&
-               host::windowText(GetDlgItem(window, host::directoryDialog::prefixEdit)) == L"Scan";
-    }
-
-    static HWND find(DWORD thread, Match match) {
-        std::pair<Match, HWND> search(match, nullptr);
-        EnumThreadWindows(thread, visit, reinterpret_cast<LPARAM>(&search));
-        return search.second;
-    }
-
-    static BOOL CALLBACK visit(HWND window, LPARAM parameter) {
-        auto& [match, found] = *reinterpret_cast<std::pair<Match, HWND>*>(parameter);
-        if (!match(window))
-            return TRUE;
-        found = window;
-        return FALSE;
-    }
-
-    bool hasActed = false;
-    bool isLate = false;
-    std::jthread worker; ///< last, so that it starts after and ends before what it uses
-};
-
 TEST_F(ScanExportTest, ADialogThatNobodyCouldSeeIsRefused) {
     addPage(L"a.tif");
     surroundings.isDesktopVisible = [] { return false; };
@@ -543,7 +379,8 @@ TEST_F(ScanExportTest, ADialogThatNobodyCouldSeeIsRefused) {
 
 TEST_F(ScanExportTest, ADialogThatThePersonCancelsStopsTheExport) {
     addPage(L"a.tif");
-    const Person person([](HWND dialog) { PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0); });
+    const Person person(host::directoryDialog::prefixEdit,
+                        [](HWND dialog) { PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0); });
 
     EXPECT_EQ(exportScans({L"--show-dialog", pages}), 2);
     EXPECT_FALSE(outExists());
@@ -551,7 +388,7 @@ TEST_F(ScanExportTest, ADialogThatThePersonCancelsStopsTheExport) {
 
 TEST_F(ScanExportTest, ThePersonsEntriesInTheDialogCount) {
     addPage(L"a.tif");
-    const Person person([](HWND dialog) {
+    const Person person(host::directoryDialog::prefixEdit, [](HWND dialog) {
         SetDlgItemTextW(dialog, host::directoryDialog::prefixEdit, L"Mine");
         PostMessageW(GetDlgItem(dialog, IDOK), BM_CLICK, 0, 0);
     });
@@ -562,7 +399,7 @@ TEST_F(ScanExportTest, ThePersonsEntriesInTheDialogCount) {
 
 TEST_F(ScanExportTest, APersonCannotChooseAPagesOwnFolderEither) {
     const std::wstring page = addPage(L"Scan001.tif", "a");
-    const Person person([this](HWND dialog) {
+    const Person person(host::directoryDialog::prefixEdit, [this](HWND dialog) {
         SetDlgItemTextW(dialog, host::directoryDialog::pathEdit, pages.c_str());
         PostMessageW(GetDlgItem(dialog, IDOK), BM_CLICK, 0, 0);
     });

@@ -1,0 +1,93 @@
+// The export to a ZIP archive, as the console program drives it.
+#include "host/ZipTarget.h"
+
+#include "SorvaneBase/bxdisk/File.h"
+#include "host/CommandLinePath.h"
+#include "host/FileNames.h"
+#include "host/HostError.h"
+#include "host/Text.h"
+#include "host/UniqueHandle.h"
+#include "host/ZipDialogControls.h"
+
+#include <windows.h>
+
+#include <utility>
+
+namespace host {
+namespace {
+
+using namespace zipDialog;
+
+std::wstring folderOf(const std::wstring& path) {
+    const std::wstring full = fullPathOf(path);
+    return full.substr(0, full.find_last_of(L'\\') + 1);
+}
+
+} // namespace
+
+ZipTarget::ZipTarget(ZipOptions given) : options(std::move(given)), archive(fullPathOf(options.archive)) {}
+
+const char* ZipTarget::factoryId() const {
+    return "com.brellix.sorvane.exportdata-factory.zip.file";
+}
+
+void ZipTarget::checkBefore(const FilePages& pages) const {
+    if (const auto part = impossiblePartOf(options.archive))
+        throw UsageError("--to-zip " + utf8(options.archive) + ": Windows cannot have a file named \"" +
+                         utf8(*part) + "\".");
+    checkObserved(pages);
+}
+
+int ZipTarget::tellingControl() const {
+    return pathEdit;
+}
+
+void ZipTarget::fillIn(HWND dialog) const {
+    SetDlgItemTextW(dialog, pathEdit, archive.c_str());
+    SetDlgItemTextW(dialog, prefixEdit, options.prefix.c_str());
+}
+
+void ZipTarget::observe(HWND dialog) {
+    archive = windowText(GetDlgItem(dialog, pathEdit));
+}
+
+// The engine reports no more than that it failed.
+void ZipTarget::checkObserved(const FilePages&) const {
+    if (archive.empty())
+        throw HostError("The dialog was confirmed without the path of an archive.");
+    if (const auto part = impossiblePartOf(archive))
+        throw HostError("Windows cannot have a file named \"" + utf8(*part) + "\".");
+    const bxdisk::File target(archive);
+    if (target.isDirectory() || archive.ends_with(L'\\'))
+        throw HostError("The target " + utf8(archive) + " is a folder, not a file.");
+    const std::wstring folder = folderOf(archive);
+    if (!bxdisk::File(folder).isDirectory())
+        throw HostError("The folder " + utf8(folder) + " of the target does not exist.");
+    if (!target.exists())
+        return;
+    const UniqueHandle file(CreateFileW(target.getPath().c_str(), GENERIC_WRITE | DELETE,
+                                        FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                        OPEN_EXISTING, 0, nullptr));
+    if (!file)
+        throw HostError("The target " + utf8(archive) + " cannot be replaced: " + reasonFor(GetLastError()) +
+                        ".");
+}
+
+std::optional<std::wstring> ZipTarget::fileReplacedUnasked() const {
+    return bxdisk::File(archive).exists() ? std::optional(archive) : std::nullopt;
+}
+
+std::string ZipTarget::destination() const {
+    return utf8(archive);
+}
+
+std::string ZipTarget::reasonForFailure(const FilePage& page, std::size_t, std::size_t) const {
+    ULARGE_INTEGER available{};
+    if (GetDiskFreeSpaceExW(bxdisk::File(folderOf(archive)).getPath().c_str(), &available, nullptr,
+                            nullptr) &&
+        available.QuadPart < static_cast<ULONGLONG>(bxdisk::File(page.path()).getFileSize()))
+        return "the disk of " + destination() + " is full";
+    return destination() + " could not be written; the log says why";
+}
+
+} // namespace host
