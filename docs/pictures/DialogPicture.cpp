@@ -1,10 +1,11 @@
-// Takes the picture of the directory dialog, shown by the real component over example settings.
+// Takes the picture of a dialog, shown by the real component over example settings.
 #include "host/ComponentModule.h"
 #include "host/DirectoryDialogControls.h"
 #include "host/EnginesManager.h"
 #include "host/FilePage.h"
 #include "host/HostApplication.h"
 #include "host/HostError.h"
+#include "host/ZipDialogControls.h"
 
 #include "SorvaneBase/bxutils/ResourceManager.h"
 #include "SorvaneCommon/ExportEngine.h"
@@ -27,30 +28,46 @@
 
 namespace {
 
-using host::directoryDialog::pathEdit;
-
 constexpr wchar_t registryBase[] = L"Sorvane\\DialogPicture";
+
+/// A dialog of the component's.
+struct Kind {
+    const wchar_t* name;
+    const char* factoryId;
+    int pathEdit;
+    int prefixEdit;
+};
+
+constexpr Kind kinds[] = {
+    {L"directory", "com.brellix.sorvane.exportdata-factory.dir.file", host::directoryDialog::pathEdit,
+     host::directoryDialog::prefixEdit},
+    {L"zip", "com.brellix.sorvane.exportdata-factory.zip.file", host::zipDialog::pathEdit,
+     host::zipDialog::prefixEdit},
+};
 
 struct Example {
     const wchar_t* language;
+    const wchar_t* archive; ///< entered in the ZIP dialog, which offers nothing, as is the prefix
+    const wchar_t* prefix;
     const wchar_t* recentFolders; ///< the first is the one offered
     const wchar_t* pageFolder;    ///< its name is offered as the start of the file names
 };
 
 constexpr Example examples[] = {
-    {L"en",
+    {L"en", L"C:\\Scans\\Invoices 2024.zip", L"Invoice_",
      L"C:\\Scans\\Invoices;C:\\Scans\\Contracts;D:\\Archive\\2024\\Letters;\\\\office\\scans\\Incoming",
      L"C:\\Scanner\\Invoice"},
-    {L"cs",
+    {L"cs", L"C:\\Skeny\\Faktury 2024.zip", L"Faktura_",
      L"C:\\Skeny\\Faktury;C:\\Skeny\\Smlouvy;D:\\Archiv\\2024\\Dopisy;\\\\kancelar\\skeny\\Došlá pošta",
      L"C:\\Skener\\Faktura"},
 };
 
-const Example& exampleFor(const std::wstring& language) {
-    for (const Example& example : examples)
-        if (language == example.language)
-            return example;
-    throw host::UsageError("There is no example in that language.");
+template <class Entry, std::size_t count>
+const Entry& find(const Entry (&entries)[count], const wchar_t* Entry::*name, const std::wstring& wanted) {
+    for (const Entry& entry : entries)
+        if (wanted == entry.*name)
+            return entry;
+    throw host::UsageError("There is no such dialog or language.");
 }
 
 void check(HRESULT result, const char* what) {
@@ -118,18 +135,27 @@ void photograph(HWND window, const std::wstring& path) {
     ReleaseDC(window, windowDc);
 }
 
+const Kind* kind = nullptr;
+const Example* example = nullptr;
 std::wstring picturePath;
 std::exception_ptr failure;
+
+void enterIfEmpty(HWND dialog, int control, const wchar_t* text) {
+    if (!GetWindowTextLengthW(GetDlgItem(dialog, control)))
+        SetDlgItemTextW(dialog, control, text);
+}
 
 /// Timers come when nothing is left to paint, so the first one to see the dialog sees all of it.
 void CALLBACK onTimer(HWND, UINT, UINT_PTR timer, DWORD) {
     const HWND dialog = GetActiveWindow();
-    if (!dialog || !GetDlgItem(dialog, pathEdit) || !IsWindowVisible(dialog))
+    if (!dialog || !GetDlgItem(dialog, kind->pathEdit) || !IsWindowVisible(dialog))
         return;
     KillTimer(nullptr, timer);
+    enterIfEmpty(dialog, kind->pathEdit, example->archive);
+    enterIfEmpty(dialog, kind->prefixEdit, example->prefix);
     // Neither a selection nor a caret, which would look different each time.
-    SendDlgItemMessageW(dialog, pathEdit, EM_SETSEL, static_cast<WPARAM>(-1), 0);
-    HideCaret(GetDlgItem(dialog, pathEdit));
+    SendDlgItemMessageW(dialog, kind->pathEdit, EM_SETSEL, static_cast<WPARAM>(-1), 0);
+    HideCaret(GetDlgItem(dialog, kind->pathEdit));
     // Without a window manager the title bar is drawn as that of a window in the background.
     SendMessageW(dialog, WM_NCACTIVATE, TRUE, 0);
     UpdateWindow(dialog);
@@ -144,11 +170,11 @@ void CALLBACK onTimer(HWND, UINT, UINT_PTR timer, DWORD) {
 /// What the component has remembered of earlier exports.
 class Settings {
 public:
-    Settings(const host::HostApplication& application, const Example& example)
+    explicit Settings(const host::HostApplication& application)
         : root(L"SOFTWARE\\" + application.getBaseRegistryPath()) {
         const std::wstring key =
             root + L"\\" + application.getRegistryVersion() + L"\\Components\\BasicExport";
-        const std::wstring folders = example.recentFolders;
+        const std::wstring folders = example->recentFolders;
         RegSetKeyValueW(HKEY_CURRENT_USER, key.c_str(), L"ExportPath", REG_SZ, folders.c_str(),
                         static_cast<DWORD>((folders.size() + 1) * sizeof(wchar_t)));
     }
@@ -160,22 +186,21 @@ private:
     std::wstring root;
 };
 
-void takePicture(const Example& example, const std::wstring& page) {
+void takePicture(const std::wstring& page) {
     wchar_t program[MAX_PATH];
     GetModuleFileNameW(nullptr, program, MAX_PATH);
     const std::wstring folder(program, std::wcsrchr(program, L'\\'));
-    if (!bxutils::getResourceManager()->loadLanguageFile(folder + L"\\lang\\" + example.language + L".ini"))
+    if (!bxutils::getResourceManager()->loadLanguageFile(folder + L"\\lang\\" + example->language + L".ini"))
         throw host::HostError("The language file cannot be read.");
 
     host::HostApplication application(registryBase);
-    const Settings settings(application, example);
+    const Settings settings(application);
     host::EnginesManager manager;
     host::ComponentModule component(folder + L"\\BasicExport.dll", manager);
     const HWND owner = CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 0, 0, nullptr, nullptr, nullptr, nullptr);
     bxbase::Reference<SorvaneCommon::ExportEngine> engine;
-    manager.findFactory("com.brellix.sorvane.exportdata-factory.dir.file")
-        ->createEngine(CWnd::FromHandle(owner), engine);
-    const auto pageFolder = std::make_shared<host::FileFolder>(example.pageFolder);
+    manager.findFactory(kind->factoryId)->createEngine(CWnd::FromHandle(owner), engine);
+    const auto pageFolder = std::make_shared<host::FileFolder>(example->pageFolder);
     for (int count = 0; count < 2; ++count) {
         const bxbase::Reference<host::FilePage> item(
             new bxbase::ReferencedImpl<host::FilePage>(page, pageFolder, nullptr));
@@ -193,11 +218,13 @@ void takePicture(const Example& example, const std::wstring& page) {
 
 int wmain(int argumentCount, wchar_t** arguments) {
     try {
-        if (argumentCount != 4)
-            throw host::UsageError("usage: DialogPicture LANGUAGE PAGE PICTURE");
-        picturePath = arguments[3];
+        if (argumentCount != 5)
+            throw host::UsageError("usage: DialogPicture DIALOG LANGUAGE PAGE PICTURE");
+        kind = &find(kinds, &Kind::name, arguments[1]);
+        example = &find(examples, &Example::language, arguments[2]);
+        picturePath = arguments[4];
         CoInitialize(nullptr);
-        takePicture(exampleFor(arguments[1]), arguments[2]);
+        takePicture(arguments[3]);
         return 0;
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());
