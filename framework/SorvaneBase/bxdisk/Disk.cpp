@@ -1,7 +1,7 @@
 // Operations on directories and files.
 #include "SorvaneBase/bxdisk/Disk.h"
 
-#include "SorvaneBase/Conversions.h"
+#include "SorvaneBase/Text.h"
 #include "SorvaneBase/bxdisk/File.h"
 #include "SorvaneBase/bxdisk/LongPath.h"
 
@@ -25,12 +25,6 @@ struct TempRoot {
 TempRoot& tempRoot() {
     static TempRoot root;
     return root;
-}
-
-Sorvane::pstring wide(const Sorvane::u8string& utf8) {
-    Sorvane::pstring text;
-    Sorvane::c_u8u16(text, utf8);
-    return text;
 }
 
 /// True when the directory exists afterwards.
@@ -71,7 +65,7 @@ bool isDeviceName(std::wstring_view stem) {
 } // namespace
 
 bool createDirectories(const Sorvane::u8string& path) {
-    return createDirectories(wide(path));
+    return createDirectories(Sorvane::wide(path));
 }
 
 bool createDirectories(const std::wstring& path) {
@@ -101,11 +95,11 @@ bool isDirectory(const Sorvane::u8string& path) {
 }
 
 bool deleteFile(const Sorvane::u8string& path) {
-    return DeleteFileW(longPath(wide(path)).c_str()) != FALSE;
+    return DeleteFileW(longPath(Sorvane::wide(path)).c_str()) != FALSE;
 }
 
 Sorvane::u8string normalizeFileName(const Sorvane::u8string& name) {
-    std::wstring text = wide(name);
+    std::wstring text = Sorvane::wide(name);
     std::replace_if(text.begin(), text.end(), isForbidden, L'_');
     text.erase(text.find_last_not_of(L". ") + 1);
 
@@ -115,9 +109,7 @@ Sorvane::u8string normalizeFileName(const Sorvane::u8string& name) {
     if (isDeviceName(stem))
         text.insert(stem.size(), 1, L'_');
 
-    Sorvane::u8string result;
-    Sorvane::c_u16u8(result, text);
-    return result;
+    return Sorvane::utf8(text);
 }
 
 bool createTempDir(const Sorvane::u8string& prefix, Sorvane::u8string& path) {
@@ -136,7 +128,7 @@ bool createTempDir(const Sorvane::u8string& prefix, Sorvane::u8string& path) {
     }
     if (!stem.ends_with(L'\\'))
         stem += L'\\';
-    stem += wide(normalizeFileName(prefix)) + L'-' + std::to_wstring(GetCurrentProcessId()) + L'-';
+    stem += Sorvane::wide(normalizeFileName(prefix)) + L'-' + std::to_wstring(GetCurrentProcessId()) + L'-';
 
     // An ended process with the same number may have left its directories behind.
     for (;;) {

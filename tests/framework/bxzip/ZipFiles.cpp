@@ -1,7 +1,7 @@
 // Writes an archive as a process of its own: zip_files ARCHIVE [--wait] [--empty COUNT] [NAME FILE]...
 //   --wait   says that it has written everything and waits to be killed
 //   --empty  starts with empty entries, named by their numbers
-#include "SorvaneBase/Conversions.h"
+#include "SorvaneBase/Text.h"
 #include "SorvaneBase/bxzip/ZipWriterPtr.h"
 
 #include <windows.h>
@@ -13,11 +13,7 @@
 
 namespace {
 
-std::string utf8(const std::wstring& text) {
-    std::string result;
-    Sorvane::c_u16u8(result, text);
-    return result;
-}
+using Sorvane::utf8;
 
 /// The path of a file without content, made beside the archive.
 std::wstring makeEmptyFile(const std::wstring& archive) {

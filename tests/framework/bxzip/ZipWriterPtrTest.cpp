@@ -1,7 +1,7 @@
 // Tests of the ZIP writer as the component uses it, on a real disk.
 #include "SorvaneBase/bxzip/ZipWriterPtr.h"
 
-#include "SorvaneBase/Conversions.h"
+#include "SorvaneBase/Text.h"
 #include "SorvaneBase/bxutils/SystemLog.h"
 #include "SorvaneBase/bxzip/WindowsStorage.h"
 #include "support/TempFolder.h"
@@ -17,12 +17,9 @@ namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
+using Sorvane::utf8;
 
-std::string utf8(const std::wstring& text) {
-    std::string result;
-    Sorvane::c_u16u8(result, text);
-    return result;
-}
+constexpr DWORD shareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
 
 /// A file that this process has open.
 class OpenFile {
