@@ -10,6 +10,7 @@
 #include <array>
 #include <cstdio>
 #include <mutex>
+#include <new>
 
 namespace bxutils {
 
@@ -84,18 +85,32 @@ public:
         const std::lock_guard lock(mutex);
         if (file == INVALID_HANDLE_VALUE)
             return;
+        try {
+            write(compose(level, message, sourceFile, line));
+        } catch (const std::bad_alloc&) {
+            // Who logs may be the one that deals with the lack of memory.
+            return;
+        }
+    }
+
+private:
+    static std::string compose(std::int32_t level, const char* message, const char* sourceFile,
+                               std::int32_t line) {
         std::string record = timeStamp() + ' ' + std::to_string(level) + ' ' +
                              (sourceFile ? sourceFile : "") + ':' + std::to_string(line) + ' ' +
                              (message ? message : "");
         std::replace_if(
             record.begin(), record.end(), [](char c) { return c == '\r' || c == '\n'; }, ' ');
         record += '\n';
+        return record;
+    }
+
+    void write(const std::string& record) {
         const ProcessLock processLock(file);
         DWORD written = 0;
         WriteFile(file, record.data(), static_cast<DWORD>(record.size()), &written, nullptr);
     }
 
-private:
     void close() {
         if (file != INVALID_HANDLE_VALUE)
             CloseHandle(file);

@@ -1,7 +1,7 @@
 // Writes a ZIP archive from files.
 #include "SorvaneBase/bxzip/ZipWriterPtr.h"
 
-#include "SorvaneBase/Conversions.h"
+#include "SorvaneBase/Text.h"
 #include "SorvaneBase/bxutils/SystemLog.h"
 #include "SorvaneBase/bxzip/ArchiveFile.h"
 #include "SorvaneBase/bxzip/WindowsStorage.h"
@@ -11,20 +11,28 @@
 namespace bxzip {
 namespace {
 
-void logFailure(const std::string& message, int line) noexcept {
-    bxutils::getSystemLogFormater()->log(0, message.c_str(), "SorvaneBase/bxzip/ZipWriterPtr", line);
+void log(const char* message, int line) {
+    bxutils::getSystemLogFormater()->log(0, message, "SorvaneBase/bxzip/ZipWriterPtr", line);
 }
 
-std::string utf8(const std::wstring& text) {
-    Sorvane::u8string result;
-    Sorvane::c_u16u8(result, text);
-    return result;
+/// Logs the sentence that `compose` returns, or the plain one when there is no memory to put it together.
+template <class Compose> void logFailure(int line, const char* plain, const Compose& compose) noexcept {
+    try {
+        log(compose().c_str(), line);
+    } catch (const std::bad_alloc&) {
+        log(plain, line);
+    }
 }
 
-std::wstring wide(const std::string& text) {
-    std::wstring result;
-    Sorvane::c_u8u16(result, text);
-    return result;
+std::string quoted(const std::string& text) {
+    return '"' + text + '"';
+}
+
+/// A full path as people know it, without the prefix that lets it have any length.
+std::string quotedPath(const std::wstring& path) {
+    if (path.starts_with(LR"(\\?\UNC\)"))
+        return quoted(Sorvane::utf8(L'\\' + path.substr(7)));
+    return quoted(Sorvane::utf8(path.starts_with(LR"(\\?\)") ? path.substr(4) : path));
 }
 
 } // namespace
@@ -40,51 +48,55 @@ ZipWriterPtr::ZipWriterPtr(std::nullptr_t) {}
 ZipWriterPtr::~ZipWriterPtr() {
     if (!state)
         return;
-    try {
-        const ArchiveFile::Outcome outcome = state->archive.close();
-        if (!outcome.status.isOk())
-            logFailure("Closing \"" + state->path + "\" failed: " + outcome.status.text(), __LINE__);
-        if (!outcome.backup.empty())
-            logFailure("\"" + state->path + "\" is incomplete; the file it replaces was kept as \"" +
-                           utf8(outcome.backup) + "\"",
-                       __LINE__);
-        if (!outcome.aside.empty())
-            logFailure("The new archive was left as \"" + utf8(outcome.aside) + "\"", __LINE__);
-    } catch (const std::bad_alloc&) {
-        logFailure("Closing an archive ran out of memory", __LINE__);
-    }
+    const std::string& path = state->path;
+    const ArchiveFile::Outcome outcome = state->archive.close();
+    if (!outcome.status.isOk())
+        logFailure(__LINE__, "Closing an archive failed",
+                   [&] { return "Closing " + quoted(path) + " failed: " + outcome.status.text(); });
+    if (!outcome.backup.empty())
+        logFailure(__LINE__, "An archive is incomplete; the file it replaces was kept beside it", [&] {
+            return quoted(path) + " is incomplete; the file it replaces was kept as " +
+                   quotedPath(outcome.backup);
+        });
+    if (!outcome.aside.empty())
+        logFailure(__LINE__, "A new archive was left beside the file that it was to replace",
+                   [&] { return "The new archive was left as " + quotedPath(outcome.aside); });
 }
 
 bool ZipWriterPtr::createZipFile(const Sorvane::u8string& path) {
+    Status status;
     try {
-        if (state)
-            return false;
         auto fresh = std::make_unique<State>();
         fresh->path = path;
-        if (const Status status = fresh->archive.create(wide(path)); !status.isOk()) {
-            logFailure("\"" + path + "\" cannot be created: " + status.text(), __LINE__);
-            return false;
-        }
-        state = std::move(fresh);
-        return true;
+        status =
+            state ? Status("the writer has an archive already") : fresh->archive.create(Sorvane::wide(path));
+        if (status.isOk())
+            state = std::move(fresh);
     } catch (const std::bad_alloc&) {
-        return false;
+        status = Status("there is not enough memory");
     }
+    if (!status.isOk())
+        logFailure(__LINE__, "An archive cannot be created",
+                   [&] { return quoted(path) + " cannot be created: " + status.text(); });
+    return status.isOk();
 }
 
 bool ZipWriterPtr::addItemFromFile(const Sorvane::u8string& entryName, const Sorvane::u8string& filePath) {
-    if (!state)
-        return false;
-    try {
-        const Status status = state->archive.add(entryName, wide(filePath));
-        if (!status.isOk())
-            logFailure("\"" + filePath + "\" cannot be added to \"" + state->path + "\": " + status.text(),
-                       __LINE__);
-        return status.isOk();
-    } catch (const std::bad_alloc&) {
-        state->archive.setIncomplete();
-        return false;
+    Status status("no archive was created");
+    if (state) {
+        try {
+            status = state->archive.add(entryName, Sorvane::wide(filePath));
+        } catch (const std::bad_alloc&) {
+            state->archive.setIncomplete();
+            status = Status("there is not enough memory");
+        }
     }
+    if (!status.isOk())
+        logFailure(__LINE__, "A file cannot be added to an archive", [&] {
+            return quoted(filePath) + " cannot be added" + (state ? " to " + quoted(state->path) : "") +
+                   ": " + status.text();
+        });
+    return status.isOk();
 }
 
 void ZipWriterPtr::setIncomplete() {
