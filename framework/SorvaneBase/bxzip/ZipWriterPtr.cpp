@@ -6,6 +6,7 @@
 #include "SorvaneBase/bxzip/ArchiveFile.h"
 #include "SorvaneBase/bxzip/WindowsStorage.h"
 
+#include <exception>
 #include <new>
 
 namespace bxzip {
@@ -41,6 +42,7 @@ struct ZipWriterPtr::State {
     WindowsStorage storage;
     ArchiveFile archive{storage};
     std::string path;
+    int exceptionsBefore = std::uncaught_exceptions();
 };
 
 ZipWriterPtr::ZipWriterPtr(std::nullptr_t) {}
@@ -48,6 +50,9 @@ ZipWriterPtr::ZipWriterPtr(std::nullptr_t) {}
 ZipWriterPtr::~ZipWriterPtr() {
     if (!state)
         return;
+    // An exception that ends the export early leaves an archive without all its entries.
+    if (std::uncaught_exceptions() > state->exceptionsBefore)
+        state->archive.setIncomplete();
     const std::string& path = state->path;
     const ArchiveFile::Outcome outcome = state->archive.close();
     if (!outcome.status.isOk())

@@ -12,6 +12,7 @@
 #include <windows.h>
 
 #include <optional>
+#include <stdexcept>
 
 namespace {
 
@@ -168,6 +169,37 @@ TEST_F(ZipWriterPtrTest, KeepsTheOldFileWhenItIsDeclaredIncomplete) {
     writer->setIncomplete();
     close();
     EXPECT_EQ(test::readFile(folder / L"a.zip.bak"), "old");
+}
+
+TEST_F(ZipWriterPtrTest, KeepsTheOldFileWhenAnExceptionEndsTheExport) {
+    folder.write(L"a.zip", "old");
+    close();
+    try {
+        bxzip::ZipWriterPtr unwound(nullptr);
+        ASSERT_TRUE(unwound.createZipFile(path(L"a.zip")));
+        ASSERT_TRUE(unwound.addItemFromFile("1", page));
+        throw std::runtime_error("a page failed");
+    } catch (const std::runtime_error&) {
+    }
+    EXPECT_THAT(namesIn(L"a.zip"), ElementsAre("1"));
+    EXPECT_EQ(test::readFile(folder / L"a.zip.bak"), "old");
+}
+
+TEST_F(ZipWriterPtrTest, IsCompleteWhenItIsMadeWhileAnExceptionUnwinds) {
+    struct Exporter {
+        const std::string target;
+        ~Exporter() {
+            bxzip::ZipWriterPtr last(nullptr);
+            EXPECT_TRUE(last.createZipFile(target));
+        }
+    };
+    folder.write(L"a.zip", "old");
+    try {
+        const Exporter exporter{path(L"a.zip")};
+        throw std::runtime_error("an export failed");
+    } catch (const std::runtime_error&) {
+    }
+    EXPECT_THAT(folder.list(), ElementsAre(L"a.zip"));
 }
 
 TEST_F(ZipWriterPtrTest, CannotCreateWhereAFileCannotBe) {
