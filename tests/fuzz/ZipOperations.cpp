@@ -67,6 +67,37 @@ std::string makeContent(Input& input) {
     return content;
 }
 
+/// Two disks: pages are no part of the one that is full.
+class Disks : public bxzip::Storage {
+public:
+    Disks(MemoryStorage& archives, MemoryStorage& pages) : archives(archives), pages(pages) {}
+
+    bxzip::Status openSource(const std::wstring& path, std::unique_ptr<bxzip::Source>& source) override {
+        return pages.openSource(path, source);
+    }
+    bxzip::Status create(const std::wstring& path, std::unique_ptr<bxzip::Output>& file) override {
+        return archives.create(path, file);
+    }
+    bxzip::Status openExisting(const std::wstring& path, std::unique_ptr<bxzip::Output>& file) override {
+        return archives.openExisting(path, file);
+    }
+    bool exists(const std::wstring& path) override { return archives.exists(path); }
+    bxzip::Status link(const std::wstring& path, const std::wstring& secondPath) override {
+        return archives.link(path, secondPath);
+    }
+    void removeAbandoned(const std::wstring& folder, const std::wstring& nameStart,
+                         const std::wstring& nameEnd) override {
+        archives.removeAbandoned(folder, nameStart, nameEnd);
+    }
+    bxzip::Status getFullPath(const std::wstring& path, std::wstring& fullPath) override {
+        return archives.getFullPath(path, fullPath);
+    }
+
+private:
+    MemoryStorage& archives;
+    MemoryStorage& pages;
+};
+
 } // namespace
 
 std::string runZipOperations(const std::uint8_t* bytes, std::size_t size) {
@@ -92,22 +123,7 @@ std::string runZipOperations(const std::uint8_t* bytes, std::size_t size) {
     if (settings & 16)
         disk.put(target + L".bak", "someone else's");
 
-    // Pages are no part of the disk that is full.
-    struct Disks : MemoryStorage {
-        MemoryStorage& disk;
-        MemoryStorage& pages;
-        Disks(MemoryStorage& disk, MemoryStorage& pages) : disk(disk), pages(pages) {}
-        bxzip::Status openSource(const std::wstring& path, std::unique_ptr<bxzip::Source>& source) override {
-            return pages.openSource(path, source);
-        }
-        bxzip::Status create(const std::wstring& path, std::unique_ptr<bxzip::Output>& file) override {
-            return disk.create(path, file);
-        }
-        bxzip::Status openExisting(const std::wstring& path, std::unique_ptr<bxzip::Output>& file) override {
-            return disk.openExisting(path, file);
-        }
-        bool exists(const std::wstring& path) override { return disk.exists(path); }
-    } disks(disk, pages);
+    Disks disks(disk, pages);
     FaultyStorage storage(disks, plan);
     disk.capacity = disk.used() + room;
 

@@ -38,6 +38,9 @@ public:
     bxzip::Status create(const std::wstring& path, std::unique_ptr<bxzip::Output>& file) override;
     bxzip::Status openExisting(const std::wstring& path, std::unique_ptr<bxzip::Output>& file) override;
     bool exists(const std::wstring& path) override { return inner.exists(path); }
+    bxzip::Status link(const std::wstring& path, const std::wstring& secondPath) override {
+        return inner.link(path, secondPath);
+    }
     void removeAbandoned(const std::wstring& folder, const std::wstring& nameStart,
                          const std::wstring& nameEnd) override {
         inner.removeAbandoned(folder, nameStart, nameEnd);

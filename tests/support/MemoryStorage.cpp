@@ -146,8 +146,16 @@ Status MemoryStorage::openExisting(const std::wstring& path, std::unique_ptr<bxz
 
 void MemoryStorage::removeAbandoned(const std::wstring& folder, const std::wstring& nameStart,
                                     const std::wstring& nameEnd) {
+Status MemoryStorage::link(const std::wstring& path, const std::wstring& secondPath) {
+    const auto found = files.find(path);
+    if (!hasLinks || found == files.end() || files.contains(secondPath))
+        return Status("the file cannot have the name");
+    files[secondPath] = found->second;
+    return {};
+}
+
     std::erase_if(files, [&](const auto& entry) {
-        return entry.first.starts_with(folder + nameStart) && entry.first.ends_with(nameEnd) &&
+        return bxzip::isNumberedName(entry.first, folder + nameStart, nameEnd) &&
                !entry.second->isOpenForChange;
     });
 }

@@ -38,6 +38,7 @@ public:
     bxzip::Status create(const std::wstring& path, std::unique_ptr<bxzip::Output>& file) override;
     bxzip::Status openExisting(const std::wstring& path, std::unique_ptr<bxzip::Output>& file) override;
     bool exists(const std::wstring& path) override { return files.contains(path); }
+    bxzip::Status link(const std::wstring& path, const std::wstring& secondPath) override;
     void removeAbandoned(const std::wstring& folder, const std::wstring& nameStart,
                          const std::wstring& nameEnd) override;
     bxzip::Status getFullPath(const std::wstring& path, std::wstring& fullPath) override;
@@ -50,6 +51,9 @@ public:
     void remove(const MemoryFile& file);
 
     std::map<std::wstring, std::shared_ptr<MemoryFile>> files;
+
+    /// Whether a file can have a second name.
+    bool hasLinks = true;
 
     /// What all files together may take; writing more fails as a full disk does.
     std::uint64_t capacity = std::numeric_limits<std::uint64_t>::max();

@@ -1,9 +1,7 @@
 // A ZIP archive at a path, and what becomes of the file that had the path before.
 #include "SorvaneBase/bxzip/ArchiveFile.h"
 
-#include <cstdint>
 #include <new>
-#include <string_view>
 
 namespace bxzip {
 namespace {
@@ -13,27 +11,14 @@ constexpr const char* outOfMemory = "there is not enough memory";
 // Names longer than this exist on no file system that Windows uses.
 constexpr std::size_t maxNameLength = 255;
 
-// A number that is taken belongs to another program that writes to the same path.
+// A number that is taken belongs to another program that writes in the same folder.
 constexpr int maxTemporaryFiles = 100;
+constexpr const wchar_t* temporaryNameStart = L"~bxzip-";
+constexpr const wchar_t* temporaryNameEnd = L".tmp";
 
 std::size_t nameStart(const std::wstring& path) {
     return path.find_last_of(L'\\') + 1;
 }
-
-// Short whatever the name's length is. Case does not tell files apart.
-std::wstring temporaryNameStart(std::wstring_view name) {
-    std::uint64_t hash = 14695981039346656037u;
-    for (const wchar_t c : name) {
-        hash ^= static_cast<std::uint64_t>(c >= L'A' && c <= L'Z' ? c - L'A' + L'a' : c);
-        hash *= 1099511628211u;
-    }
-    std::wstring text = L"~bxzip-";
-    for (int shift = 60; shift >= 0; shift -= 4)
-        text += L"0123456789abcdef"[hash >> shift & 15];
-    return text + L"-";
-}
-
-constexpr const wchar_t* temporaryNameEnd = L".tmp";
 
 std::wstring siblingPath(const std::wstring& path, const wchar_t* suffix, int number) {
     const std::wstring ending = (number > 1 ? L" (" + std::to_wstring(number) + L")" : L"") + suffix;
@@ -48,6 +33,7 @@ Status ArchiveFile::create(const std::wstring& path) {
         return Status("the archive is open already");
     Status status;
     try {
+        existingWasMoved = false;
         incomplete = false;
         status = createFiles(path);
         if (status.isOk()) {
@@ -71,18 +57,20 @@ Status ArchiveFile::createFiles(const std::wstring& path) {
     if (Status status = storage.getFullPath(path, target); !status.isOk())
         return status;
     const std::wstring folder = target.substr(0, nameStart(target));
-    const std::wstring temporaryStart = temporaryNameStart(std::wstring_view(target).substr(folder.size()));
-    storage.removeAbandoned(folder, temporaryStart, temporaryNameEnd);
+    storage.removeAbandoned(folder, temporaryNameStart, temporaryNameEnd);
 
-    isReplacing = storage.exists(target);
-    if (!isReplacing)
+    temporary.clear();
+    if (!storage.exists(target))
         return storage.create(target, output);
-
     if (Status status = storage.openExisting(target, replaced); !status.isOk())
         return status;
+    return createTemporary(folder);
+}
+
+Status ArchiveFile::createTemporary(const std::wstring& folder) {
     Status status;
     for (int number = 1; number <= maxTemporaryFiles; ++number) {
-        const std::wstring temporary = folder + temporaryStart + std::to_wstring(number) + temporaryNameEnd;
+        temporary = folder + temporaryNameStart + std::to_wstring(number) + temporaryNameEnd;
         status = storage.create(temporary, output);
         if (status.isOk() || !storage.exists(temporary))
             break;
@@ -113,31 +101,14 @@ ArchiveFile::Outcome ArchiveFile::close() {
 
     // What failed once may have been short of something for a moment. The archive is worth a second attempt,
     // because without its directory nobody can read it.
-    outcome.status = writer->finish();
+    outcome.status = finish();
     if (!outcome.status.isOk())
-        outcome.status = writer->finish();
-    const bool finished = outcome.status.isOk();
-    if (finished && isReplacing) {
-        // Nobody else's file is at stake where nothing is replaced, so only here is the disk waited for.
-        outcome.status = output->flush();
-        incomplete |= !outcome.status.isOk();
-        Status placed = place(outcome);
-        if (!placed.isOk())
-            placed = place(outcome);
-        if (!placed.isOk())
-            outcome.status = placed;
-        if (!placed.isOk()) {
-            try {
-                if (replaced && !outcome.backup.empty() && replaced->moveTo(target, false).isOk())
-                    outcome.backup.clear();
-                if (!moveToFreeName(*output, L".new", outcome.aside).isOk())
-                    outcome.aside.clear();
-            } catch (const std::bad_alloc&) {
-                outcome.status = Status(outOfMemory);
-            }
-        }
-    } else if (isReplacing && !output->remove().isOk()) {
-        outcome.status = Status("the archive cannot be finished, and its temporary file not be removed");
+        outcome.status = finish();
+    if (!temporary.empty()) {
+        if (outcome.status.isOk())
+            replace(outcome);
+        else if (!output->remove().isOk())
+            outcome.status = Status("the archive cannot be finished, and its temporary file not be removed");
     }
     writer.reset();
     output.reset();
@@ -145,26 +116,69 @@ ArchiveFile::Outcome ArchiveFile::close() {
     return outcome;
 }
 
-Status ArchiveFile::place(Outcome& outcome) {
+Status ArchiveFile::finish() {
     try {
-        if (!incomplete) {
-            // The lock would stand in the way of replacing.
-            replaced.reset();
-            return output->moveTo(target, true);
-        }
-        if (outcome.backup.empty())
-            if (Status status = moveToFreeName(*replaced, L".bak", outcome.backup); !status.isOk())
-                return status;
-        return output->moveTo(target, false);
+        return writer->finish();
     } catch (const std::bad_alloc&) {
         return Status(outOfMemory);
     }
 }
 
-Status ArchiveFile::moveToFreeName(Output& file, const wchar_t* suffix, std::wstring& path) {
+void ArchiveFile::replace(Outcome& outcome) {
+    // Nobody else's file is at stake where nothing is replaced, so only here is the disk waited for.
+    outcome.status = output->flush();
+    incomplete |= !outcome.status.isOk();
+    Status placed = place(outcome);
+    if (!placed.isOk())
+        placed = place(outcome);
+    if (placed.isOk())
+        return;
+    outcome.status = placed;
+    putAside(outcome);
+}
+
+Status ArchiveFile::place(Outcome& outcome) {
+    try {
+        if (incomplete && outcome.backup.empty())
+            if (Status status = keepExisting(outcome.backup); !status.isOk())
+                return status;
+        // The lock would stand in the way of replacing.
+        if (!existingWasMoved)
+            replaced.reset();
+        return output->moveTo(target, !existingWasMoved);
+    } catch (const std::bad_alloc&) {
+        return Status(outOfMemory);
+    }
+}
+
+Status ArchiveFile::keepExisting(std::wstring& backup) {
+    const auto link = [&](const std::wstring& name) { return storage.link(target, name); };
+    if (useFreeName(L".bak", backup, link).isOk())
+        return {};
+    const auto move = [&](const std::wstring& name) { return replaced->moveTo(name, false); };
+    Status status = useFreeName(L".bak", backup, move);
+    existingWasMoved = status.isOk();
+    return status;
+}
+
+void ArchiveFile::putAside(Outcome& outcome) {
+    try {
+        if (existingWasMoved && replaced->moveTo(target, false).isOk())
+            outcome.backup.clear();
+        const auto move = [&](const std::wstring& name) { return output->moveTo(name, false); };
+        if (useFreeName(L".new", outcome.aside, move).isOk())
+            return;
+    } catch (const std::bad_alloc&) {
+        outcome.status = Status(outOfMemory);
+    }
+    outcome.aside = std::move(temporary);
+}
+
+template <class Attempt>
+Status ArchiveFile::useFreeName(const wchar_t* suffix, std::wstring& path, const Attempt& attempt) {
     for (int number = 1;; ++number) {
         std::wstring candidate = siblingPath(target, suffix, number);
-        Status status = file.moveTo(candidate, false);
+        Status status = attempt(candidate);
         if (status.isOk())
             path = std::move(candidate);
         if (status.isOk() || !storage.exists(candidate))

@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <memory>
 #include <string>
+#include <string_view>
 
 namespace bxzip {
 
@@ -85,6 +86,13 @@ public:
 class Storage {
 public:
     virtual ~Storage() = default;
+/// Whether a name is `start`, decimal digits and `end`.
+inline bool isNumberedName(std::wstring_view name, std::wstring_view start, std::wstring_view end) {
+    return name.size() > start.size() + end.size() && name.starts_with(start) && name.ends_with(end) &&
+           name.substr(0, name.size() - end.size()).find_first_not_of(L"0123456789", start.size()) ==
+               std::wstring_view::npos;
+}
+
 
     virtual Status openSource(const std::wstring& path, std::unique_ptr<Source>& source) = 0;
 
@@ -97,7 +105,11 @@ public:
 
     virtual bool exists(const std::wstring& path) = 0;
 
-    /// Deletes the files of a folder whose names begin and end like this and which nobody has open.
+    /// Gives a file a second name, under which it lives on when it is replaced under the first. Fails when the
+    /// name is taken and where the file system knows no such names.
+    virtual Status link(const std::wstring& path, const std::wstring& secondPath) = 0;
+
+    /// Deletes the files of a folder whose names are numbered ones and which nobody has open.
     virtual void removeAbandoned(const std::wstring& folder, const std::wstring& nameStart,
                                  const std::wstring& nameEnd) = 0;
 

@@ -203,7 +203,8 @@ void WindowsStorage::removeAbandoned(const std::wstring& folder, const std::wstr
     if (search == INVALID_HANDLE_VALUE)
         return;
     do
-        DeleteFileW((folder + found.cFileName).c_str());
+        if (isNumberedName(found.cFileName, nameStart, nameEnd))
+            DeleteFileW((folder + found.cFileName).c_str());
     while (FindNextFileW(search, &found));
     FindClose(search);
 }
@@ -223,5 +224,12 @@ Status WindowsStorage::getFullPath(const std::wstring& path, std::wstring& fullP
         fullPath = LR"(\\?\)" + absolute;
     return {};
 }
+Status WindowsStorage::link(const std::wstring& path, const std::wstring& secondPath) {
+    return CreateHardLinkW(secondPath.c_str(), path.c_str(), nullptr)
+               ? Status()
+               : failure("a file cannot be given a second name");
+}
+
 
 } // namespace bxzip
+    // The pattern is looser: it takes any text for the number, and looks at short names too.

@@ -12,6 +12,7 @@ public:
     Status openSource(const std::wstring& path, std::unique_ptr<Source>& source) override;
     Status create(const std::wstring& path, std::unique_ptr<Output>& file) override;
     Status openExisting(const std::wstring& path, std::unique_ptr<Output>& file) override;
+    Status link(const std::wstring& path, const std::wstring& secondPath) override;
     bool exists(const std::wstring& path) override;
     void removeAbandoned(const std::wstring& folder, const std::wstring& nameStart,
                          const std::wstring& nameEnd) override;

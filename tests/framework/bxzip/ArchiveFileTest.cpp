@@ -106,21 +106,34 @@ TEST_F(ArchiveFileTest, ShortensTheBackupsNameToWhatFileSystemsTake) {
     EXPECT_EQ(archive.close().backup, L"C:\\out\\" + std::wstring(251, L'n') + L".bak");
 }
 
-TEST_F(ArchiveFileTest, RemovesWhatACrashLeftForTheSamePath) {
-    storage.put(target, "old");
+TEST_F(ArchiveFileTest, RemovesWhatACrashLeftInTheFolder) {
+    storage.put(L"C:\\out\\~bxzip-1.tmp", "half an archive");
+    storage.put(L"C:\\out\\~bxzip-207.tmp", "half of another one");
     ASSERT_TRUE(archive.create(target).isOk());
-    std::wstring temporary;
-    for (const std::wstring& name : filesInFolder())
-        if (name != L"pages.zip")
-            temporary = name;
     ASSERT_TRUE(archive.close().status.isOk());
-    storage.put(L"C:\\out\\" + temporary, "half an archive");
-    storage.put(L"C:\\out\\~bxzip-0123456789abcdef-1.tmp", "another path's");
+    EXPECT_THAT(filesInFolder(), ElementsAre(L"pages.zip"));
+}
 
-    ASSERT_TRUE(archive.create(L"C:\\out\\PAGES.zip").isOk());
-    ASSERT_TRUE(archive.close().status.isOk());
-    EXPECT_THAT(filesInFolder(),
-                testing::UnorderedElementsAre(L"pages.zip", L"PAGES.zip", L"~bxzip-0123456789abcdef-1.tmp"));
+TEST_F(ArchiveFileTest, RemovesNothingThatAnotherArchiveIsWrittenTo) {
+    storage.put(target, "old");
+    storage.put(L"C:\\out\\other.zip", "old");
+    bxzip::ArchiveFile other(storage);
+    ASSERT_TRUE(other.create(L"C:\\out\\other.zip").isOk());
+    ASSERT_TRUE(archive.create(target).isOk());
+    EXPECT_TRUE(other.close().status.isOk());
+    EXPECT_TRUE(archive.close().status.isOk());
+    EXPECT_THAT(filesInFolder(), ElementsAre(L"other.zip", L"pages.zip"));
+    EXPECT_EQ(entriesIn(L"C:\\out\\other.zip"), 0);
+}
+
+TEST_F(ArchiveFileTest, RemovesNothingWithAnotherFormOfName) {
+    const std::vector<std::wstring> names = {L"my~bxzip-1.tmp", L"~bxzip-.tmp", L"~bxzip-1.tmp.txt",
+                                             L"~bxzip-1a.tmp",  L"~bxzip-1",    L"~bxzip-a1.tmp"};
+    for (const std::wstring& name : names)
+        storage.put(L"C:\\out\\" + name, "a person's");
+    ASSERT_TRUE(archive.create(target).isOk());
+    for (const std::wstring& name : names)
+        EXPECT_EQ(storage.get(L"C:\\out\\" + name), "a person's");
 }
 
 /// Lets nothing be moved to one path.
@@ -136,8 +149,9 @@ private:
 };
 
 TEST_F(ArchiveFileTest, IsPutAsideWhenItCannotTakeItsPlace) {
-    for (const bool incomplete : {false, true}) {
+    for (const auto& [incomplete, hasLinks] : {std::pair(false, true), {true, true}, {true, false}}) {
         StuckStorage stuck(target);
+        stuck.hasLinks = hasLinks;
         stuck.put(target, "old");
         stuck.put(target + L".new", "from another time");
         stuck.put(L"page", "content");
@@ -153,6 +167,31 @@ TEST_F(ArchiveFileTest, IsPutAsideWhenItCannotTakeItsPlace) {
         EXPECT_EQ(stuck.get(incomplete ? outcome.backup : target), "old");
         EXPECT_EQ(stuck.get(target + L".new"), "from another time");
     }
+}
+
+TEST_F(ArchiveFileTest, SaysWhereItIsWhenItCannotEvenBePutAside) {
+    storage.put(target, "old");
+    test::FaultPlan plan{Operation::Move, 1, false};
+    test::FaultyStorage stuck(storage, plan);
+    bxzip::ArchiveFile stuckArchive(stuck);
+    ASSERT_TRUE(stuckArchive.create(target).isOk());
+    ASSERT_TRUE(stuckArchive.add("a", L"page").isOk());
+    const auto outcome = stuckArchive.close();
+    EXPECT_FALSE(outcome.status.isOk());
+    EXPECT_EQ(storage.get(target), "old");
+    EXPECT_EQ(entriesIn(outcome.aside), 1);
+}
+
+TEST_F(ArchiveFileTest, KeepsTheExistingFileWhereFilesHaveOneName) {
+    storage.hasLinks = false;
+    storage.put(target, "old");
+    storage.put(target + L".bak", "older");
+    ASSERT_TRUE(archive.create(target).isOk());
+    archive.setIncomplete();
+    EXPECT_EQ(archive.close().backup, target + L" (2).bak");
+    EXPECT_THAT(filesInFolder(), ElementsAre(L"pages.zip", L"pages.zip (2).bak", L"pages.zip.bak"));
+    EXPECT_EQ(storage.get(target + L" (2).bak"), "old");
+    EXPECT_EQ(entriesIn(target), 0);
 }
 
 TEST_F(ArchiveFileTest, IsFinishedInASecondAttempt) {
