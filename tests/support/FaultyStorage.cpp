@@ -18,6 +18,7 @@ public:
     Status getState(bxzip::SourceState& state) override {
         return plan.strikes(Operation::State) ? injected : inner->getState(state);
     }
+    bool excludesWriters() const override { return inner->excludesWriters(); }
     Status read(std::uint64_t offset, void* buffer, std::size_t size, std::size_t& count) override {
         if (plan.strikes(Operation::Read))
             return injected;

@@ -18,6 +18,8 @@ public:
         return {};
     }
 
+    bool excludesWriters() const override { return true; }
+
     Status read(std::uint64_t offset, void* buffer, std::size_t size, std::size_t& count) override {
         const std::uint64_t end = file->size();
         count = offset < end ? static_cast<std::size_t>(std::min<std::uint64_t>(size, end - offset)) : 0;
@@ -144,8 +146,6 @@ Status MemoryStorage::openExisting(const std::wstring& path, std::unique_ptr<bxz
     return {};
 }
 
-void MemoryStorage::removeAbandoned(const std::wstring& folder, const std::wstring& nameStart,
-                                    const std::wstring& nameEnd) {
 Status MemoryStorage::link(const std::wstring& path, const std::wstring& secondPath) {
     const auto found = files.find(path);
     if (!hasLinks || found == files.end() || files.contains(secondPath))
@@ -154,6 +154,8 @@ Status MemoryStorage::link(const std::wstring& path, const std::wstring& secondP
     return {};
 }
 
+void MemoryStorage::removeAbandoned(const std::wstring& folder, const std::wstring& nameStart,
+                                    const std::wstring& nameEnd) {
     std::erase_if(files, [&](const auto& entry) {
         return bxzip::isNumberedName(entry.first, folder + nameStart, nameEnd) &&
                !entry.second->isOpenForChange;

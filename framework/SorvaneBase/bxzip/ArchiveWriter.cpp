@@ -43,11 +43,8 @@ Status ArchiveWriter::add(const std::string& name, Source& source) {
     entry.offset = entriesEnd;
     if (Status status = writeData(entry, source); !status.isOk())
         return status;
-    SourceState after;
-    if (Status status = source.getState(after); !status.isOk())
+    if (Status status = checkUnchanged(entry, before, source); !status.isOk())
         return status;
-    if (after != before)
-        return Status("the page's file changed while it was read");
 
     std::string record;
     appendLocalHeader(record, entry);
@@ -96,6 +93,20 @@ Status ArchiveWriter::writeData(ZipEntry& entry, Source& source) {
     }
     entry.compressedSize = entry.size;
     return copySource(source, entry.size, sink, entry.crc);
+}
+
+Status ArchiveWriter::checkUnchanged(const ZipEntry& entry, const SourceState& before, Source& source) {
+    SourceState after;
+    if (Status status = source.getState(after); !status.isOk())
+        return status;
+    std::uint32_t crc = entry.crc;
+    if (!source.excludesWriters()) {
+        const auto nowhere = [](const void*, std::size_t) { return Status(); };
+        if (Status status = copySource(source, entry.size, nowhere, crc); !status.isOk())
+            return status;
+    }
+    return after == before && crc == entry.crc ? Status()
+                                               : Status("the page's file changed while it was read");
 }
 
 Status ArchiveWriter::securedUpTo(std::uint64_t end) {

@@ -7,6 +7,7 @@
 
 #include <cstdint>
 #include <string>
+#include <thread>
 #include <unordered_set>
 
 namespace bxzip {
@@ -34,6 +35,7 @@ public:
 
 private:
     Status writeData(ZipEntry& entry, Source& source);
+    Status checkUnchanged(const ZipEntry& entry, const SourceState& before, Source& source);
     Status securedUpTo(std::uint64_t end);
 
     Output& output;

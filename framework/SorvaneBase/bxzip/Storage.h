@@ -42,10 +42,10 @@ struct LocalTime {
     bool operator==(const LocalTime&) const = default;
 };
 
-/// What tells a file that was written to from one that was not.
+/// What tells a file that was written to from one that was not, as far as the file system tells it.
 struct SourceState {
     std::uint64_t size = 0;
-    std::uint64_t changeMark = 0; ///< another value after each change; its meaning is the storage's own
+    std::uint64_t changeMark = 0; ///< usually another value after a change; its meaning is the storage's own
     LocalTime modified;
 
     bool operator==(const SourceState&) const = default;
@@ -57,6 +57,10 @@ public:
     virtual ~Source() = default;
 
     virtual Status getState(SourceState& state) = 0;
+
+    /// Whether nobody can write to the file while it is open. Where somebody can, the state alone does not tell
+    /// that it was done: times of change are coarse, and may be set only when the other program closes the file.
+    virtual bool excludesWriters() const = 0;
 
     /// Reads at an offset. `count` is less than `size` only where the file ends, and 0 behind its end.
     virtual Status read(std::uint64_t offset, void* buffer, std::size_t size, std::size_t& count) = 0;
@@ -82,10 +86,6 @@ public:
     virtual Status remove() = 0;
 };
 
-/// Files by their paths.
-class Storage {
-public:
-    virtual ~Storage() = default;
 /// Whether a name is `start`, decimal digits and `end`.
 inline bool isNumberedName(std::wstring_view name, std::wstring_view start, std::wstring_view end) {
     return name.size() > start.size() + end.size() && name.starts_with(start) && name.ends_with(end) &&
@@ -93,6 +93,10 @@ inline bool isNumberedName(std::wstring_view name, std::wstring_view start, std:
                std::wstring_view::npos;
 }
 
+/// Files by their paths.
+class Storage {
+public:
+    virtual ~Storage() = default;
 
     virtual Status openSource(const std::wstring& path, std::unique_ptr<Source>& source) = 0;
 

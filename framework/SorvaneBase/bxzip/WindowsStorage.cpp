@@ -66,6 +66,7 @@ public:
     Status getState(SourceState& state) override {
         BY_HANDLE_FILE_INFORMATION info;
         if (!GetFileInformationByHandle(file.get(), &info))
+    bool isLocked = true;
             return failure("the page's file cannot be looked at");
         state.size = static_cast<std::uint64_t>(info.nFileSizeHigh) << 32 | info.nFileSizeLow;
         state.changeMark = static_cast<std::uint64_t>(info.ftLastWriteTime.dwHighDateTime) << 32 |
@@ -78,6 +79,8 @@ public:
         count = 0;
         if (offset > static_cast<std::uint64_t>(INT64_MAX))
             return {};
+    bool excludesWriters() const override { return isLocked; }
+
         while (count < size) {
             OVERLAPPED position = at(offset + count);
             DWORD got = 0;
@@ -171,8 +174,9 @@ Status WindowsStorage::openSource(const std::wstring& path, std::unique_ptr<Sour
     };
     // Best is a file that nobody can write to meanwhile; one that somebody has open for writing already is
     // taken as it is.
-    if (!open(FILE_SHARE_READ) && (GetLastError() != ERROR_SHARING_VIOLATION ||
-                                   !open(FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE)))
+    opened->isLocked = open(FILE_SHARE_READ);
+    if (!opened->isLocked && (GetLastError() != ERROR_SHARING_VIOLATION ||
+                              !open(FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE)))
         return failure("the page's file cannot be opened");
     if (!opened->file.isOnDisk())
         return Status("the page's path is a device");

@@ -6,6 +6,7 @@
 
 #include <gmock/gmock.h>
 
+#include <limits>
 #include <memory>
 #include <optional>
 #include <random>
@@ -184,14 +185,18 @@ public:
     }
     Status read(std::uint64_t offset, void* buffer, std::size_t size, std::size_t& count) override {
         count = offset < available ? std::min<std::size_t>(size, available - offset) : 0;
-        std::fill_n(static_cast<char*>(buffer), count, 'c');
+        std::fill_n(static_cast<char*>(buffer), count, ++reads < changesAtRead ? 'c' : 'd');
         return {};
     }
+    bool excludesWriters() const override { return isLocked; }
 
     bxzip::SourceState before{1000, 1, {}};
     bxzip::SourceState after = before;
     std::size_t available = 1000;
+    bool isLocked = true;
+    int changesAtRead = std::numeric_limits<int>::max();
     int looks = 0;
+    int reads = 0;
 };
 
 TEST_F(ArchiveWriterTest, RefusesAPageThatGrows) {
@@ -213,6 +218,28 @@ TEST_F(ArchiveWriterTest, RefusesAPageThatShrinks) {
     source.available = 999;
     EXPECT_FALSE(writer->add("page", source).isOk());
     EXPECT_TRUE(finish().items.empty());
+}
+
+TEST_F(ArchiveWriterTest, RefusesAPageThatIsWrittenToWithoutATrace) {
+    ChangingSource source;
+    source.isLocked = false;
+    source.changesAtRead = 3; // the first two are the look at its kind and the packing
+    EXPECT_FALSE(writer->add("page", source).isOk());
+    EXPECT_EQ(source.reads, 3);
+    EXPECT_TRUE(finish().items.empty());
+}
+
+TEST_F(ArchiveWriterTest, TakesAPageThatOthersMayWriteToAndDoNot) {
+    ChangingSource source;
+    source.isLocked = false;
+    EXPECT_TRUE(writer->add("page", source).isOk());
+    EXPECT_EQ(finish().items.size(), 1u);
+}
+
+TEST_F(ArchiveWriterTest, ReadsAPageThatNobodyCanWriteToOnlyOnce) {
+    ChangingSource source;
+    EXPECT_TRUE(writer->add("page", source).isOk());
+    EXPECT_EQ(source.reads, 2);
 }
 
 struct TimeCase {

@@ -21,6 +21,7 @@ public:
         state = {size, 0, {}};
         return {};
     }
+    bool excludesWriters() const override { return true; }
     bxzip::Status read(std::uint64_t offset, void* buffer, std::size_t wanted, std::size_t& count) override {
         count = offset < size ? static_cast<std::size_t>(std::min<std::uint64_t>(wanted, size - offset)) : 0;
         std::fill_n(static_cast<char*>(buffer), count, '\0');

@@ -308,22 +308,40 @@ TEST_F(ZipWriterPtrTest, LeavesTheOldFileAloneWhenItIsKilled) {
     EXPECT_THAT(folder.list(), ElementsAre(L"a.zip")) << "what the killed process left is gone";
 }
 
-TEST(WindowsStorageTest, SeesThatASourceChanged) {
+TEST(WindowsStorageTest, SeesThatASourceWasRewritten) {
     const test::TempFolder folder;
     const std::wstring path = folder.write(L"page", "content");
-    const OpenFile other(path, GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE);
+    {
+        const FILETIME longAgo{0, 30000000};
+        const OpenFile file(path, FILE_WRITE_ATTRIBUTES, 0);
+        ASSERT_TRUE(SetFileTime(file.get(), nullptr, nullptr, &longAgo));
+    }
+    std::optional<OpenFile> other(std::in_place, path, GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE);
     bxzip::WindowsStorage storage;
     std::unique_ptr<bxzip::Source> source;
     ASSERT_TRUE(storage.openSource(path, source).isOk());
     bxzip::SourceState before;
     bxzip::SourceState after;
     ASSERT_TRUE(source->getState(before).isOk());
-    EXPECT_EQ(before.size, 7u);
-    SetFilePointer(other.get(), 0, nullptr, FILE_END);
     DWORD written = 0;
-    ASSERT_TRUE(WriteFile(other.get(), "more", 4, &written, nullptr));
+    ASSERT_TRUE(WriteFile(other->get(), "another", 7, &written, nullptr));
+    other.reset();
     ASSERT_TRUE(source->getState(after).isOk());
-    EXPECT_FALSE(before == after);
+    EXPECT_EQ(before.size, after.size);
+    EXPECT_NE(before.changeMark, after.changeMark);
+}
+
+TEST(WindowsStorageTest, TellsWhetherOthersCanWriteToASource) {
+    const test::TempFolder folder;
+    const std::wstring path = folder.write(L"page", "content");
+    bxzip::WindowsStorage storage;
+    std::unique_ptr<bxzip::Source> source;
+    ASSERT_TRUE(storage.openSource(path, source).isOk());
+    EXPECT_TRUE(source->excludesWriters());
+    source.reset();
+    const OpenFile writer(path, GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE);
+    ASSERT_TRUE(storage.openSource(path, source).isOk());
+    EXPECT_FALSE(source->excludesWriters());
 }
 
 TEST(WindowsStorageTest, LetsNobodyWriteToASourceMeanwhile) {
