@@ -11,6 +11,10 @@
 namespace bxzip {
 namespace {
 
+// How long a file that somebody else holds is waited for.
+constexpr ULONGLONG patienceInMs = 2000;
+constexpr DWORD pauseInMs = 20;
+
 // One call takes no more; more than this would not be faster.
 constexpr std::size_t maxTransfer = 16 * 1024 * 1024;
 
@@ -62,11 +66,11 @@ LocalTime localTime(const FILETIME& time) {
 class WindowsSource : public Source {
 public:
     File file;
+    bool isLocked = true;
 
     Status getState(SourceState& state) override {
         BY_HANDLE_FILE_INFORMATION info;
         if (!GetFileInformationByHandle(file.get(), &info))
-    bool isLocked = true;
             return failure("the page's file cannot be looked at");
         state.size = static_cast<std::uint64_t>(info.nFileSizeHigh) << 32 | info.nFileSizeLow;
         state.changeMark = static_cast<std::uint64_t>(info.ftLastWriteTime.dwHighDateTime) << 32 |
@@ -75,12 +79,12 @@ public:
         return {};
     }
 
+    bool excludesWriters() const override { return isLocked; }
+
     Status read(std::uint64_t offset, void* buffer, std::size_t size, std::size_t& count) override {
         count = 0;
         if (offset > static_cast<std::uint64_t>(INT64_MAX))
             return {};
-    bool excludesWriters() const override { return isLocked; }
-
         while (count < size) {
             OVERLAPPED position = at(offset + count);
             DWORD got = 0;
@@ -133,9 +137,14 @@ public:
         info->ReplaceIfExists = replace;
         info->FileNameLength = static_cast<DWORD>(nameSize);
         std::copy(path.begin(), path.end(), info->FileName);
-        return SetFileInformationByHandle(file.get(), FileRenameInfo, info, static_cast<DWORD>(buffer.size()))
-                   ? Status()
-                   : failure("a file cannot be renamed");
+        while (!SetFileInformationByHandle(file.get(), FileRenameInfo, info,
+                                           static_cast<DWORD>(buffer.size()))) {
+            const DWORD error = GetLastError();
+            if (!replace || !mayWaitAfter(error))
+                return Status("a file cannot be renamed", error);
+            Sleep(pauseInMs);
+        }
+        return {};
     }
 
     Status remove() override {
@@ -145,6 +154,20 @@ public:
                    ? Status()
                    : failure("a file cannot be removed");
     }
+
+private:
+    /// Programs that look at every file, such as virus scanners, hold the one to be replaced for a moment. The
+    /// patience with them is for all attempts together.
+    bool mayWaitAfter(DWORD error) {
+        if (error != ERROR_ACCESS_DENIED && error != ERROR_SHARING_VIOLATION)
+            return false;
+        const ULONGLONG now = GetTickCount64();
+        if (!waitsUntil)
+            waitsUntil = now + patienceInMs;
+        return now < waitsUntil;
+    }
+
+    ULONGLONG waitsUntil = 0;
 };
 
 // Memory is taken before a file is opened: a file that was just made must not outlive a failure.
@@ -200,12 +223,19 @@ bool WindowsStorage::exists(const std::wstring& path) {
     return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
 }
 
+Status WindowsStorage::link(const std::wstring& path, const std::wstring& secondPath) {
+    return CreateHardLinkW(secondPath.c_str(), path.c_str(), nullptr)
+               ? Status()
+               : failure("a file cannot be given a second name");
+}
+
 void WindowsStorage::removeAbandoned(const std::wstring& folder, const std::wstring& nameStart,
                                      const std::wstring& nameEnd) {
     WIN32_FIND_DATAW found;
     HANDLE search = FindFirstFileW((folder + nameStart + L"*" + nameEnd).c_str(), &found);
     if (search == INVALID_HANDLE_VALUE)
         return;
+    // The pattern is looser: it takes any text for the number, and looks at short names too.
     do
         if (isNumberedName(found.cFileName, nameStart, nameEnd))
             DeleteFileW((folder + found.cFileName).c_str());
@@ -228,12 +258,5 @@ Status WindowsStorage::getFullPath(const std::wstring& path, std::wstring& fullP
         fullPath = LR"(\\?\)" + absolute;
     return {};
 }
-Status WindowsStorage::link(const std::wstring& path, const std::wstring& secondPath) {
-    return CreateHardLinkW(secondPath.c_str(), path.c_str(), nullptr)
-               ? Status()
-               : failure("a file cannot be given a second name");
-}
-
 
 } // namespace bxzip
-    // The pattern is looser: it takes any text for the number, and looks at short names too.

@@ -13,6 +13,7 @@
 
 #include <optional>
 #include <stdexcept>
+#include <thread>
 
 namespace {
 
@@ -125,8 +126,7 @@ TEST_F(ZipWriterPtrTest, ReplacesAnExistingFileWhenItIsClosed) {
     ASSERT_TRUE(writer->addItemFromFile("1", page));
     {
         // The lock of the existing file admits only readers that admit everything.
-        const OpenFile old(folder / L"a.zip", GENERIC_READ,
-                           FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE);
+        const OpenFile old(folder / L"a.zip", GENERIC_READ, shareAll);
         char bytes[8] = {};
         DWORD count = 0;
         EXPECT_TRUE(ReadFile(old.get(), bytes, sizeof bytes, &count, nullptr));
@@ -210,6 +210,38 @@ TEST_F(ZipWriterPtrTest, CannotCreateWhereAFileCannotBe) {
     EXPECT_FALSE(writer->createZipFile(""));
     EXPECT_FALSE(writer->createZipFile("NUL"));
     EXPECT_THAT(folder.list(), ElementsAre(L"folder.zip"));
+TEST_F(ZipWriterPtrTest, WaitsForAProgramThatHoldsTheOldFileForAMoment) {
+    folder.write(L"a.zip", "old");
+    ASSERT_TRUE(writer->createZipFile(path(L"a.zip")));
+    std::optional<OpenFile> held(std::in_place, folder / L"a.zip", GENERIC_READ, shareAll);
+    std::thread other([&] {
+        Sleep(200);
+        held.reset();
+    });
+    close();
+    other.join();
+    EXPECT_TRUE(namesIn(L"a.zip").empty());
+    EXPECT_THAT(folder.list(), ElementsAre(L"a.zip"));
+}
+
+TEST_F(ZipWriterPtrTest, LogsWhereTheArchiveIsThatCannotTakeItsPlace) {
+    ASSERT_TRUE(bxutils::setSystemLogFile(pages / L"log.txt"));
+    folder.write(L"a.zip", "old");
+    ASSERT_TRUE(writer->createZipFile(path(L"a.zip")));
+    ASSERT_TRUE(writer->addItemFromFile("1", page));
+    {
+        const OpenFile held(folder / L"a.zip", GENERIC_READ, shareAll);
+        close();
+    }
+    EXPECT_EQ(test::readFile(folder / L"a.zip"), "old");
+    EXPECT_THAT(namesIn(L"a.zip.new"), ElementsAre("1"));
+    EXPECT_THAT(folder.list(), ElementsAre(L"a.zip", L"a.zip.new"));
+    bxutils::setSystemLogFile({});
+    const std::string log = test::readFile(pages / L"log.txt");
+    EXPECT_THAT(log, HasSubstr("Closing \"" + path(L"a.zip") + "\" failed: a file cannot be renamed"));
+    EXPECT_THAT(log, HasSubstr("left as \"" + path(L"a.zip.new") + "\""));
+}
+
 }
 
 TEST_F(ZipWriterPtrTest, CannotReplaceALockedFile) {
