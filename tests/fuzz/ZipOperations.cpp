@@ -154,10 +154,12 @@ std::string runZipOperations(const std::uint8_t* bytes, std::size_t size) {
     std::string fault = job.verdict(read, mayLackArchive);
     if (fault.empty() && settings & 16 && disk.get(target + L".bak") != "someone else's")
         fault = "a file with the backup's name was overwritten";
-    if (fault.empty() && !fails && !memoryRunsOut)
-        for (const auto& [path, file] : disk.files)
-            if (path.find(L"~bxzip-") != std::wstring::npos)
-                fault = "a temporary file was left";
+    std::vector<std::wstring> names;
+    for (const auto& [path, file] : disk.files)
+        names.push_back(path.substr(path.rfind(L'\\') + 1));
+    const bool canRemove = plan.once && plan.operation != FaultPlan::Operation::Remove;
+    if (fault.empty() && canRemove && job.leavesTemporaryFile(names))
+        fault = "a temporary file was left";
     return fault;
 }
 

@@ -10,10 +10,25 @@ namespace test {
 
 /// Which operation fails.
 struct FaultPlan {
-    enum class Operation { Open, State, Read, ShortRead, Write, SetSize, Flush, Move, Remove };
-    static constexpr Operation all[] = {Operation::Open,      Operation::State, Operation::Read,
-                                        Operation::ShortRead, Operation::Write, Operation::SetSize,
-                                        Operation::Flush,     Operation::Move,  Operation::Remove};
+    enum class Operation {
+        Open,
+        State,
+        Read,
+        ShortRead,
+        Change,       ///< a read gives other bytes, and the page's state tells that it changed
+        HiddenChange, ///< the same, with the state as before, in a page that others may write to
+        Write,
+        SetSize,
+        Flush,
+        Link,
+        Move,
+        Remove,
+        Kill ///< any operation, and all that follow: nothing has an effect any more
+    };
+    static constexpr Operation all[] = {Operation::Open,      Operation::State,   Operation::Read,
+                                        Operation::ShortRead, Operation::Change,  Operation::HiddenChange,
+                                        Operation::Write,     Operation::SetSize, Operation::Flush,
+                                        Operation::Link,      Operation::Move,    Operation::Remove};
 
     Operation operation;
     int number;       ///< the how manieth of its kind, from 1
@@ -21,7 +36,9 @@ struct FaultPlan {
     int seen = 0;     ///< how many of its kind there were
 
     bool strikes(Operation kind) {
-        if (kind != operation)
+        const bool isMadeByReading =
+            kind == Operation::ShortRead || kind == Operation::Change || kind == Operation::HiddenChange;
+        if (kind != operation && (operation != Operation::Kill || isMadeByReading))
             return false;
         ++seen;
         return once ? seen == number : seen >= number;
@@ -29,7 +46,7 @@ struct FaultPlan {
 };
 
 /// Passes everything to another storage except what the plan lets fail. A failing write still writes half of
-/// its bytes, as a disk does that becomes full.
+/// its bytes, as a disk does that becomes full, and as one that a kill cuts short.
 class FaultyStorage : public bxzip::Storage {
 public:
     FaultyStorage(bxzip::Storage& inner, FaultPlan& plan) : inner(inner), plan(plan) {}
@@ -38,9 +55,7 @@ public:
     bxzip::Status create(const std::wstring& path, std::unique_ptr<bxzip::Output>& file) override;
     bxzip::Status openExisting(const std::wstring& path, std::unique_ptr<bxzip::Output>& file) override;
     bool exists(const std::wstring& path) override { return inner.exists(path); }
-    bxzip::Status link(const std::wstring& path, const std::wstring& secondPath) override {
-        return inner.link(path, secondPath);
-    }
+    bxzip::Status link(const std::wstring& path, const std::wstring& secondPath) override;
     void removeAbandoned(const std::wstring& folder, const std::wstring& nameStart,
                          const std::wstring& nameEnd) override {
         inner.removeAbandoned(folder, nameStart, nameEnd);

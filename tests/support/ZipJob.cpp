@@ -3,6 +3,8 @@
 
 #include "support/ZipParser.h"
 
+#include <algorithm>
+
 namespace test {
 
 class ZipJob::Armed {
@@ -82,6 +84,12 @@ std::string ZipJob::verdict(const Reader& read, bool mayLackArchive) const {
     if (result.status.isOk())
         return "closing reported success, and there is no new archive";
     return mayLackArchive ? "" : "there is no new archive";
+}
+
+bool ZipJob::leavesTemporaryFile(const std::vector<std::wstring>& names) const {
+    return std::any_of(names.begin(), names.end(), [&](const std::wstring& name) {
+        return name.starts_with(L"~bxzip-") && !result.aside.ends_with(L"\\" + name);
+    });
 }
 
 std::string ZipJob::archiveFault(const std::string& bytes) const {

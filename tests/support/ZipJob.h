@@ -36,6 +36,10 @@ public:
     /// @param mayLackArchive  for disks on which no archive can be finished at all
     std::string verdict(const Reader& read, bool mayLackArchive) const;
 
+    /// Whether one of the names in the archive's folder is that of a temporary file, other than the one that
+    /// the outcome tells of.
+    bool leavesTemporaryFile(const std::vector<std::wstring>& names) const;
+
     const bxzip::ArchiveFile::Outcome& outcome() const { return result; }
 
 private:

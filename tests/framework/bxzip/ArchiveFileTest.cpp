@@ -6,6 +6,8 @@
 
 #include <gmock/gmock.h>
 
+#include <limits>
+
 namespace {
 
 using Operation = test::FaultPlan::Operation;
@@ -192,6 +194,23 @@ TEST_F(ArchiveFileTest, KeepsTheExistingFileWhereFilesHaveOneName) {
     EXPECT_THAT(filesInFolder(), ElementsAre(L"pages.zip", L"pages.zip (2).bak", L"pages.zip.bak"));
     EXPECT_EQ(storage.get(target + L" (2).bak"), "old");
     EXPECT_EQ(entriesIn(target), 0);
+}
+
+TEST_F(ArchiveFileTest, SaysThatItsTemporaryFileCannotBeRemoved) {
+    storage.put(target, "old");
+    test::FaultPlan removing{Operation::Remove, 1, false};
+    test::FaultyStorage keeping(storage, removing);
+    test::FaultPlan writing{Operation::Write, std::numeric_limits<int>::max(), false};
+    test::FaultyStorage full(keeping, writing);
+    bxzip::ArchiveFile doomed(full);
+    ASSERT_TRUE(doomed.create(target).isOk());
+    writing.number = writing.seen + 1;
+    EXPECT_THAT(doomed.close().status.text(), testing::HasSubstr("its temporary file not be removed"));
+    EXPECT_EQ(storage.get(target), "old");
+    EXPECT_THAT(filesInFolder(), ElementsAre(L"pages.zip", L"~bxzip-1.tmp"));
+
+    writing.number = 1;
+    EXPECT_THAT(doomed.create(target).text(), testing::HasSubstr("the attempt at it not be removed"));
 }
 
 TEST_F(ArchiveFileTest, IsFinishedInASecondAttempt) {

@@ -5,9 +5,11 @@
 #include "support/MemoryStorage.h"
 #include "support/TempFolder.h"
 #include "support/ZipJob.h"
+#include "support/ZipParser.h"
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdio>
 #include <optional>
 #include <random>
@@ -16,8 +18,8 @@ namespace {
 
 using Operation = test::FaultPlan::Operation;
 
-const char* const operationNames[] = {"Open",    "State", "Read", "ShortRead", "Write",
-                                      "SetSize", "Flush", "Move", "Remove"};
+const char* const operationNames[] = {"Open",  "State",   "Read",  "ShortRead", "Change", "HiddenChange",
+                                      "Write", "SetSize", "Flush", "Link",      "Move",   "Remove"};
 
 struct Page {
     std::string name;
@@ -53,20 +55,45 @@ std::vector<Page> makePages() {
 /// A file's content before the archive is written.
 using Old = std::optional<std::string>;
 
-/// What is wrong after a run of the job; `failed` tells whether one of its steps said so.
-std::string runJob(test::ZipJob& job, const test::ZipJob::Reader& read, const std::vector<Page>& pages,
-                   bool stopAtFailure, bool mayLackArchive, bool& failed) {
-    failed = !job.create();
-    if (!failed) {
-        for (const Page& page : pages) {
-            failed |= !job.add(page.name, page.path, page.content);
-            if (failed && stopAtFailure)
-                break;
-        }
-        job.close();
+/// What the exporter does with a failure, and what it says itself.
+enum class Course { StopAtFailure, GoOn, DeclareIncomplete };
+
+/// The job up to its end; true when one of its steps failed.
+bool addPages(test::ZipJob& job, const std::vector<Page>& pages, Course course) {
+    bool failed = !job.create();
+    if (failed)
+        return true;
+    for (const Page& page : pages) {
+        failed |= !job.add(page.name, page.path, page.content);
+        if (failed && course == Course::StopAtFailure)
+            break;
     }
-    failed |= !job.outcome().status.isOk();
-    return job.verdict(read, mayLackArchive);
+    if (course == Course::DeclareIncomplete)
+        job.setIncomplete();
+    return failed;
+}
+
+/// Its end; true when that failed.
+bool close(test::ZipJob& job) {
+    job.close();
+    return !job.outcome().status.isOk();
+}
+
+/// Whether an operation that failed while pages were added, or later, may come to nothing.
+bool mayGoUnnoticed(const test::FaultPlan& plan, bool wasClosing) {
+    switch (plan.operation) {
+    case Operation::ShortRead:
+    case Operation::HiddenChange:
+        return plan.once; // when only the look at a page's first bytes met it
+    case Operation::Link:
+        return true; // the old file is moved instead
+    case Operation::Write:
+    case Operation::SetSize:
+    case Operation::Move:
+        return plan.once && wasClosing; // for closing tries again
+    default:
+        return false;
+    }
 }
 
 /// The job on a disk in memory.
@@ -80,6 +107,15 @@ struct MemoryRun {
     }
     std::optional<std::string> read(const std::wstring& path) const {
         return disk.files.contains(path) ? std::optional(disk.get(path)) : std::nullopt;
+    }
+
+    /// The names of the files in the archive's folder.
+    std::vector<std::wstring> list() const {
+        std::vector<std::wstring> names;
+        for (const auto& [path, file] : disk.files)
+            if (path.starts_with(L"C:\\out\\"))
+                names.push_back(path.substr(7));
+        return names;
     }
 
     const std::wstring target = L"C:\\out\\pages.zip";
@@ -104,6 +140,8 @@ struct DiskRun {
         return disk.exists(path) ? std::optional(test::readFile(path)) : std::nullopt;
     }
 
+    std::vector<std::wstring> list() const { return folder->list(); }
+
     test::TempFolder pagesFolder;
     std::optional<test::TempFolder> folder;
     std::wstring target;
@@ -117,20 +155,35 @@ protected:
     const bool once = std::get<1>(GetParam());
     const Old old = std::get<2>(GetParam()) ? Old("the old archive") : std::nullopt;
     const std::vector<Page> pages = makePages();
+
+    /// What is wrong after one run of the job; empty when nothing is.
+    template <class Run> std::string faultIn(Run& run, test::FaultPlan& plan, Course course) const {
+        test::FaultyStorage storage(run.disk, plan);
+        test::ZipJob job(storage, run.target, old);
+        bool failed = addPages(job, run.pages, course);
+        const bool wasClosing = plan.seen < plan.number;
+        failed |= close(job);
+        const bool struck = plan.seen >= plan.number;
+        if (failed && !struck)
+            return "a failure without a cause";
+        if (struck && !failed && !mayGoUnnoticed(plan, wasClosing))
+            return "a failure that nobody heard of";
+        if (once && job.leavesTemporaryFile(run.list()))
+            return "a temporary file was left";
+        return job.verdict([&](const std::wstring& path) { return run.read(path); }, !once);
+    }
 };
 
-TEST_P(FaultSweepTest, LosesNothingOnADiskInMemory) {
-    for (const bool stopAtFailure : {true, false}) {
+TEST_P(FaultSweepTest, LosesAndHidesNothingOnADiskInMemory) {
+    std::vector<Course> courses = {Course::GoOn};
+    if (operation >= Operation::Write) // the others have no part in closing
+        courses.push_back(Course::DeclareIncomplete);
+    for (const Course course : courses) {
         for (int number = 1;; ++number) {
             MemoryRun run(pages, old);
             test::FaultPlan plan{operation, number, once};
-            test::FaultyStorage storage(run.disk, plan);
-            test::ZipJob job(storage, run.target, old);
-            bool failed = false;
-            const auto read = [&](const std::wstring& path) { return run.read(path); };
-            ASSERT_EQ(runJob(job, read, run.pages, stopAtFailure, !once, failed), "") << "number " << number;
+            ASSERT_EQ(faultIn(run, plan, course), "") << "number " << number;
             if (plan.seen < number) {
-                EXPECT_FALSE(failed);
                 std::printf("%d runs\n", number);
                 break;
             }
@@ -138,19 +191,17 @@ TEST_P(FaultSweepTest, LosesNothingOnADiskInMemory) {
     }
 }
 
-TEST_P(FaultSweepTest, LosesNothingOnARealDisk) {
+TEST_P(FaultSweepTest, LosesAndHidesNothingOnARealDisk) {
+    // Only an incomplete archive needs a backup.
+    const bool isForBackups = operation == Operation::Link || operation == Operation::Move;
+    const Course course = isForBackups ? Course::DeclareIncomplete : Course::StopAtFailure;
     DiskRun run(pages, old);
     for (int number = 1;; ++number) {
         run.prepare(old);
         test::FaultPlan plan{operation, number, once};
-        test::FaultyStorage storage(run.disk, plan);
-        test::ZipJob job(storage, run.target, old);
-        bool failed = false;
-        const auto read = [&](const std::wstring& path) { return run.read(path); };
-        ASSERT_EQ(runJob(job, read, run.pages, true, !once, failed), "") << "number " << number;
+        ASSERT_EQ(faultIn(run, plan, course), "") << "number " << number;
         if (plan.seen < number) {
-            EXPECT_FALSE(failed);
-            EXPECT_EQ(run.folder->list(), std::vector<std::wstring>{L"pages.zip"});
+            EXPECT_EQ(run.list().size(), isForBackups && old ? 2u : 1u);
             std::printf("%d runs\n", number);
             break;
         }
@@ -166,6 +217,74 @@ INSTANTIATE_TEST_SUITE_P(Operations, FaultSweepTest,
                                     (std::get<2>(test.param) ? "WithOldFile" : "");
                          });
 
+class KillSweepTest : public testing::TestWithParam<Course> {
+protected:
+    KillSweepTest() { pages.resize(3); }
+
+    const Old old = "the old archive";
+    std::vector<Page> pages = makePages();
+
+    /// What is wrong after the process was killed at the operation with the plan's number; empty when nothing is.
+    template <class Run> std::string faultIn(Run& run, test::FaultPlan& plan, bool alwaysHasFile) const {
+        {
+            test::FaultyStorage storage(run.disk, plan);
+            test::ZipJob job(storage, run.target, old);
+            addPages(job, run.pages, GetParam());
+            job.close();
+        }
+        const std::optional<std::string> found = run.read(run.target);
+        const bool isKept = found == old || run.read(run.target + L".bak") == old;
+        if (alwaysHasFile && !found)
+            return "there is no file at the path";
+        if (found != old && found && !test::parseZip(*found).error.empty())
+            return "half an archive at the path";
+        if (!isKept && (GetParam() == Course::DeclareIncomplete || !found))
+            return "the old file is lost";
+
+        bxzip::ArchiveFile next(run.disk);
+        if (!next.create(run.target + L".another").isOk() || !next.close().status.isOk())
+            return "the next archive cannot be written";
+        const std::vector<std::wstring> names = run.list();
+        const bool isClean = std::none_of(names.begin(), names.end(),
+                                          [](const auto& name) { return name.starts_with(L"~bxzip-"); });
+        return isClean ? "" : "a temporary file outlives the next archive";
+    }
+};
+
+TEST_P(KillSweepTest, LosesNothingOnADiskInMemory) {
+    for (const bool hasLinks : {true, false}) {
+        for (int number = 1;; ++number) {
+            MemoryRun run(pages, old);
+            run.disk.hasLinks = hasLinks;
+            test::FaultPlan plan{Operation::Kill, number, false};
+            ASSERT_EQ(faultIn(run, plan, hasLinks), "") << "number " << number;
+            if (plan.seen < number) {
+                std::printf("%d runs\n", number);
+                break;
+            }
+        }
+    }
+}
+
+TEST_P(KillSweepTest, LosesNothingOnARealDisk) {
+    DiskRun run(pages, old);
+    for (int number = 1;; ++number) {
+        run.prepare(old);
+        test::FaultPlan plan{Operation::Kill, number, false};
+        ASSERT_EQ(faultIn(run, plan, true), "") << "number " << number;
+        if (plan.seen < number) {
+            std::printf("%d runs\n", number);
+            break;
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Courses, KillSweepTest,
+                         testing::Values(Course::StopAtFailure, Course::DeclareIncomplete),
+                         [](const auto& test) {
+                             return test.param == Course::StopAtFailure ? "Complete" : "Incomplete";
+                         });
+
 class AllocationSweepTest : public testing::TestWithParam<std::tuple<bool, bool>> {};
 
 TEST_P(AllocationSweepTest, LosesNothing) {
@@ -176,9 +295,13 @@ TEST_P(AllocationSweepTest, LosesNothing) {
         run.prepare(old);
         test::AllocationFaults faults(number, once);
         test::ZipJob job(run.disk, run.target, old, &faults);
-        bool failed = false;
+        bool failed = addPages(job, run.pages, Course::StopAtFailure);
+        failed |= close(job);
         const auto read = [&](const std::wstring& path) { return run.read(path); };
-        ASSERT_EQ(runJob(job, read, run.pages, true, !once, failed), "") << "number " << number;
+        ASSERT_EQ(job.verdict(read, !once), "") << "number " << number;
+        if (once) {
+            ASSERT_FALSE(job.leavesTemporaryFile(run.list())) << "number " << number;
+        }
         if (!faults.hasStruck()) {
             EXPECT_FALSE(failed);
             std::printf("%d runs\n", number);
