@@ -102,6 +102,10 @@ void DirectoryTarget::checkObserved(const FilePages& pages) const {
     }
 }
 
+Overwrite DirectoryTarget::defaultOverwrite() const {
+    return Overwrite::Ask;
+}
+
 std::string DirectoryTarget::destination() const {
     return utf8(settings.directory);
 }

@@ -3,14 +3,13 @@
 
 #include "host/DialogPilot.h"
 #include "host/FilePage.h"
+#include "host/Options.h"
 
 #include <memory>
 #include <optional>
 #include <string>
 
 namespace host {
-
-struct Options;
 
 /// Connects the options of the command line with one kind of export: which factory makes it, what is entered
 /// in its dialog, and what can go wrong with it.
@@ -37,6 +36,9 @@ public:
 
     /// Refuses, by throwing HostError, what was last observed.
     virtual void checkObserved(const FilePages& pages) const = 0;
+
+    /// What is done about existing files as long as the person does not say.
+    virtual Overwrite defaultOverwrite() const = 0;
 
     /// The existing file that the engine would replace without a question, by what was last observed.
     virtual std::optional<std::wstring> fileReplacedUnasked() const { return std::nullopt; }

@@ -36,10 +36,14 @@ Export to a ZIP archive:
   --to-zip FILE      packs all pages into the archive FILE, whose folder must exist
   --prefix TEXT      starts each name in the archive; without it, names are numbers
 
+An archive that exists stays whole until the new one is complete and takes its place. After a failure FILE
+holds the pages packed so far, and the archive from before is kept beside it as FILE.bak, or "FILE (2).bak"
+and so on where that is taken.
+
 General:
   --overwrite=WHAT   what to do about a file that exists already:
-                       ask   asks on the console, or does as with no where there is none (default)
-                       yes   overwrites it
+                       ask   asks on the console, or does as with no where there is none (default of --to-dir)
+                       yes   overwrites it (default of --to-zip)
                        no    ends the export there, with exit code 2
   --show-dialog      fills in the dialog and leaves it to you to change and confirm it
   --lang LANGUAGE    language of the dialogs: en or cs; without it, that of Windows

@@ -34,7 +34,7 @@ struct Options {
     DirectoryOptions toDirectory;
     /// Set when this is the kind of export that is wanted.
     std::optional<ZipOptions> toZip;
-    Overwrite overwrite = Overwrite::Ask;
+    std::optional<Overwrite> overwrite; ///< the kind of export decides otherwise
     std::optional<std::wstring> language;
     bool showDialog = false;
     std::vector<std::wstring> pages; ///< files, folders and "@" lists, as typed

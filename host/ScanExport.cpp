@@ -73,6 +73,8 @@ public:
 
     void checkBefore() const { target->checkBefore(pages); }
 
+    Overwrite overwrite() const { return options.overwrite.value_or(target->defaultOverwrite()); }
+
     int run(const EnginesManager& manager, ConsoleApplication& application) {
         ExportEngineFactory* factory = manager.findFactory(target->factoryId());
         if (!factory || !factory->isAvailable())
@@ -216,9 +218,9 @@ struct ComponentSession {
     ComponentModule component;
 };
 
-int printList(const Options& options, Console& console, const Surroundings& surroundings) {
+int printList(Console& console, const Surroundings& surroundings) {
     const FilePages noPages;
-    const ComponentSession session(surroundings, console, options.overwrite, noPages);
+    const ComponentSession session(surroundings, console, Overwrite::No, noPages);
     for (const auto& factory : session.manager.getFactories()) {
         bxbase::Reference<BXImage::Image> icon;
         const std::string size = factory->getIcon(icon) ? std::to_string(icon->getWidth()) + "x" +
@@ -244,7 +246,7 @@ int exportPages(const Options& options, ProgressConsole& console, const Surround
     ExportRun run(options, console, list.pages, position);
     run.checkBefore();
 
-    ComponentSession session(surroundings, console, options.overwrite, list.pages);
+    ComponentSession session(surroundings, console, run.overwrite(), list.pages);
     return run.run(session.manager, session.application);
 }
 
@@ -264,7 +266,7 @@ int runScanExport(const std::vector<std::wstring>& arguments, Console& console,
             return exitDone;
         case Options::Command::List:
             loadLanguage(options, surroundings);
-            return printList(options, progress, surroundings);
+            return printList(progress, surroundings);
         case Options::Command::Export:
             break;
         }

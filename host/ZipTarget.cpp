@@ -73,6 +73,11 @@ void ZipTarget::checkObserved(const FilePages&) const {
                         ".");
 }
 
+// The old archive stays whole until the new one is complete.
+Overwrite ZipTarget::defaultOverwrite() const {
+    return Overwrite::Yes;
+}
+
 std::optional<std::wstring> ZipTarget::fileReplacedUnasked() const {
     return bxdisk::File(archive).exists() ? std::optional(archive) : std::nullopt;
 }

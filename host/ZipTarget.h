@@ -2,7 +2,6 @@
 #pragma once
 
 #include "host/ExportTarget.h"
-#include "host/Options.h"
 
 namespace host {
 
@@ -16,6 +15,7 @@ public:
     void fillIn(HWND dialog) const override;
     void observe(HWND dialog) override;
     void checkObserved(const FilePages& pages) const override;
+    Overwrite defaultOverwrite() const override;
     std::optional<std::wstring> fileReplacedUnasked() const override;
     std::string destination() const override;
     std::string reasonForFailure(const FilePage& page, std::size_t index,

@@ -35,7 +35,7 @@ TEST(OptionsTest, WhatIsNotGivenStaysOpen) {
     EXPECT_FALSE(options.toDirectory.firstNumber);
     EXPECT_FALSE(options.toDirectory.noNumber);
     EXPECT_FALSE(options.toDirectory.useParentFolderName);
-    EXPECT_EQ(options.overwrite, Overwrite::Ask);
+    EXPECT_FALSE(options.overwrite);
     EXPECT_FALSE(options.language);
     EXPECT_FALSE(options.showDialog);
 }
@@ -51,7 +51,7 @@ TEST(OptionsTest, ReadsEveryOptionWithTheValueBehindIt) {
     EXPECT_THAT(options.toDirectory.firstNumber, Optional(7));
     EXPECT_TRUE(options.toDirectory.noNumber);
     EXPECT_TRUE(options.toDirectory.useParentFolderName);
-    EXPECT_EQ(options.overwrite, Overwrite::Yes);
+    EXPECT_THAT(options.overwrite, Optional(Overwrite::Yes));
     EXPECT_THAT(options.language, Optional(std::wstring(L"cs")));
     EXPECT_TRUE(options.showDialog);
 }
@@ -63,7 +63,7 @@ TEST(OptionsTest, ReadsTheOptionsOfTheZipArchive) {
     ASSERT_TRUE(options.toZip);
     EXPECT_EQ(options.toZip->archive, L"a.zip");
     EXPECT_EQ(options.toZip->prefix, L"Účet");
-    EXPECT_EQ(options.overwrite, Overwrite::Yes);
+    EXPECT_THAT(options.overwrite, Optional(Overwrite::Yes));
     EXPECT_THAT(options.pages, ElementsAre(L"a.tif"));
     EXPECT_EQ(parseOptions({L"--to-zip=a.zip", L"a.tif"}).toZip->prefix, L"");
 }
@@ -74,7 +74,7 @@ TEST(OptionsTest, ReadsTheValueAttachedWithAnEqualsSign) {
 
     EXPECT_EQ(options.toDirectory.directory, L"C:\\a=b");
     EXPECT_THAT(options.toDirectory.prefix, Optional(std::wstring()));
-    EXPECT_EQ(options.overwrite, Overwrite::No);
+    EXPECT_THAT(options.overwrite, Optional(Overwrite::No));
     EXPECT_THAT(options.toDirectory.firstNumber, Optional(2147483647));
 }
 

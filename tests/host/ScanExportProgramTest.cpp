@@ -148,15 +148,14 @@ TEST_F(ScanExportProgramTest, EndsWith2AndChangesNothingAtADeclinedOverwrite) {
 
 TEST_F(ScanExportProgramTest, PacksPagesIntoAZipArchiveTwiceInARow) {
     addPage(L"page10.jpg", "ten");
-    addPage(L"page2.tif", "two");
-    for (const wchar_t* overwrite : {L"--overwrite=no", L"--overwrite=yes"}) {
-        const ChildResult result =
-            run({L"--to-zip", folder / L"účty.zip", L"--prefix", L"Faktura_", overwrite, pages});
+    for (const char* data : {"first", "second"}) {
+        addPage(L"page2.tif", data);
+        const ChildResult result = run({L"--to-zip", folder / L"účty.zip", L"--prefix", L"Faktura_", pages});
         EXPECT_EQ(result.exitCode, 0u);
         EXPECT_EQ(result.output, "");
         EXPECT_EQ(result.errors, "");
         std::string error;
-        EXPECT_THAT(test::unpackZip(test::readFile(folder / L"účty.zip"), error), ElementsAre("two", "ten"));
+        EXPECT_THAT(test::unpackZip(test::readFile(folder / L"účty.zip"), error), ElementsAre(data, "ten"));
         EXPECT_EQ(error, "");
     }
     EXPECT_EQ(run({L"--to-zip", folder / L"účty.zip", L"--overwrite=no", pages}).exitCode, 2u);

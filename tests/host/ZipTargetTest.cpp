@@ -67,7 +67,7 @@ TEST_F(ZipTargetTest, WithoutPrefixNamesAreNumbersEveryTime) {
     addPage(L"a.tif");
     ASSERT_EQ(pack({pages}), 0);
 
-    EXPECT_EQ(run({L"--to-zip", archive, L"--overwrite=yes", pages}), 0);
+    EXPECT_EQ(run({L"--to-zip", archive, pages}), 0);
 
     EXPECT_THAT(entriesOf(archive), ElementsAre(Pair("1.tif", "data")));
 }
@@ -80,14 +80,10 @@ TEST_F(ZipTargetTest, PrefixMayHoldWhatFileNamesCannot) {
 
 TEST_F(ZipTargetTest, WorksInCzech) {
     const std::wstring page = addPage(L"ž.tif");
-    const auto packInCzech = [&] {
-        return host::runScanExport(
-            {L"--lang=cs", L"--to-zip", folder / L"výstup.zip", L"--prefix=Účet", page}, console,
-            surroundings);
-    };
-    EXPECT_EQ(packInCzech(), 0);
+    EXPECT_EQ(host::runScanExport({L"--lang=cs", L"--to-zip", folder / L"výstup.zip", L"--prefix=Účet", page},
+                                  console, surroundings),
+              0);
     EXPECT_THAT(entriesOf(folder / L"výstup.zip"), ElementsAre(Pair("Účet1.tif", "data")));
-    EXPECT_EQ(packInCzech(), 2);
 }
 
 TEST_F(ZipTargetTest, ShowsProgressToAPersonWhoWatches) {
@@ -103,32 +99,39 @@ TEST_F(ZipTargetTest, ShowsProgressToAPersonWhoWatches) {
 
 // An archive that exists. The engine would replace it without a question.
 
-TEST_F(ZipTargetTest, ExistingArchiveIsKeptOrReplacedAsTheOptionSays) {
+TEST_F(ZipTargetTest, AnExistingArchiveIsReplaced) {
+    addPage(L"a.tif");
+    for (const std::vector<std::wstring>& option : {std::vector<std::wstring>{}, {L"--overwrite=yes"}}) {
+        folder.write(L"skeny.zip", "old");
+        std::vector<std::wstring> arguments = option;
+        arguments.push_back(pages);
+        EXPECT_EQ(pack(arguments), 0);
+        EXPECT_THAT(entriesOf(archive), ElementsAre(Pair("Scan1.tif", "data")));
+        EXPECT_THAT(filesBeside(), ElementsAre(L"skeny.zip"));
+    }
+    EXPECT_EQ(console.errors, "");
+}
+
+TEST_F(ZipTargetTest, AnExistingArchiveIsKeptWhenTheOptionSaysSo) {
     addPage(L"a.tif");
     folder.write(L"skeny.zip", "old");
 
     EXPECT_EQ(pack({L"--overwrite=no", pages}), 2);
-    EXPECT_EQ(pack({pages}), 2) << "nobody is there to be asked";
+    EXPECT_EQ(pack({L"--overwrite=ask", pages}), 2) << "nobody is there to be asked";
     EXPECT_EQ(test::readFile(archive), "old");
     EXPECT_EQ(console.errors, "scanexport: Stopped, because " + utf8(archive) +
                                   " exists already.\nscanexport: Stopped, because " + utf8(archive) +
                                   " exists already; --overwrite=yes overwrites.\n");
-
-    console.errors.clear();
-    EXPECT_EQ(pack({L"--overwrite=yes", pages}), 0);
-    EXPECT_THAT(entriesOf(archive), ElementsAre(Pair("Scan1.tif", "data")));
-    EXPECT_THAT(filesBeside(), ElementsAre(L"skeny.zip"));
-    EXPECT_EQ(console.errors, "");
 }
 
-TEST_F(ZipTargetTest, APersonIsAskedAboutTheExistingArchive) {
+TEST_F(ZipTargetTest, APersonIsAskedAboutTheExistingArchiveWhenTheOptionSaysSo) {
     addPage(L"a.tif");
     folder.write(L"skeny.zip", "old");
     console.answers = {"n", "y"};
 
-    EXPECT_EQ(pack({pages}), 2);
+    EXPECT_EQ(pack({L"--overwrite=ask", pages}), 2);
     EXPECT_EQ(test::readFile(archive), "old");
-    EXPECT_EQ(pack({pages}), 0);
+    EXPECT_EQ(pack({L"--overwrite=ask", pages}), 0);
 
     EXPECT_THAT(entriesOf(archive), ElementsAre(Pair("Scan1.tif", "data")));
     EXPECT_THAT(console.questions, StartsWith(utf8(archive) + " exists already. Overwrite it? [y/N] \n"));
@@ -140,7 +143,7 @@ TEST_F(ZipTargetTest, APageIsNotReplacedByItsOwnArchive) {
 
     for (const std::wstring& target : {archive, folder / L"SKENY.zip", folder / L"Faktury\\..\\skeny.zip"}) {
         console.errors.clear();
-        EXPECT_EQ(run({L"--to-zip", target, L"--overwrite=yes", pages, page}), 1);
+        EXPECT_EQ(run({L"--to-zip", target, pages, page}), 1);
         EXPECT_THAT(console.errors, EndsWith("is itself a page to export and is not overwritten.\n"));
     }
     EXPECT_EQ(test::readFile(page), "the only copy");
@@ -152,7 +155,7 @@ TEST_F(ZipTargetTest, ATargetThatIsAFolderIsRefused) {
     addPage(L"a.tif");
     for (const std::wstring& target : {pages, pages + L"\\"}) {
         console.errors.clear();
-        EXPECT_EQ(run({L"--to-zip", target, L"--overwrite=yes", pages}), 1);
+        EXPECT_EQ(run({L"--to-zip", target, pages}), 1);
         EXPECT_THAT(console.errors, EndsWith(" is a folder, not a file.\n"));
     }
     EXPECT_THAT(namesIn(pages), ElementsAre(L"a.tif"));
@@ -183,7 +186,7 @@ TEST_F(ZipTargetTest, ALockedArchiveIsNamedAndKept) {
     folder.write(L"skeny.zip", "old");
     {
         const Lock lock(archive);
-        EXPECT_EQ(pack({L"--overwrite=yes", pages}), 1);
+        EXPECT_EQ(pack({pages}), 1);
     }
     EXPECT_EQ(console.errors, "scanexport: The target " + utf8(archive) +
                                   " cannot be replaced: another program is using it.\n");
@@ -197,7 +200,7 @@ TEST_F(ZipTargetTest, AnArchiveThatGetsLockedAfterTheCheckIsNamed) {
     console.answers = {"y"};
     console.onAsk = [&] { lock.emplace(archive); };
 
-    EXPECT_EQ(pack({pages}), 1);
+    EXPECT_EQ(pack({L"--overwrite=ask", pages}), 1);
 
     EXPECT_EQ(console.errors,
               "scanexport: The export to " + utf8(archive) + " failed: Failed to create zip file.\n");
@@ -214,7 +217,7 @@ TEST_F(ZipTargetTest, APageThatVanishesEndsTheExportWithItsNameAndTheEntriesSoFa
     folder.write(L"skeny.zip", "old");
     whenAtPage(1, [&] { DeleteFileW(b.c_str()); });
 
-    EXPECT_EQ(pack({L"--overwrite=yes", pages}), 1);
+    EXPECT_EQ(pack({pages}), 1);
 
     EXPECT_EQ(console.errors,
               "scanexport: The page " + utf8(b) + " cannot be exported: it does not exist.\n");
@@ -250,16 +253,35 @@ TEST_F(ZipTargetTest, ThePersonsEntriesInTheDialogCount) {
     EXPECT_THAT(filesBeside(), ElementsAre(L"mine.zip"));
 }
 
-TEST_F(ZipTargetTest, APersonCannotChooseAnExistingArchiveUnasked) {
+TEST_F(ZipTargetTest, TheOptionCountsForAnArchiveThatThePersonChooses) {
     addPage(L"a.tif");
     folder.write(L"mine.zip", "old");
-    const Person person(prefixEdit, [this](HWND dialog) {
-        SetDlgItemTextW(dialog, pathEdit, (folder / L"mine.zip").c_str());
+    const auto packInto = [this](const std::wstring& path, std::vector<std::wstring> arguments) {
+        const Person person(prefixEdit, [path](HWND dialog) {
+            SetDlgItemTextW(dialog, pathEdit, path.c_str());
+            PostMessageW(GetDlgItem(dialog, IDOK), BM_CLICK, 0, 0);
+        });
+        arguments.insert(arguments.end(), {L"--show-dialog", pages});
+        return pack(std::move(arguments));
+    };
+
+    EXPECT_EQ(packInto(folder / L"mine.zip", {L"--overwrite=no"}), 2);
+    EXPECT_EQ(test::readFile(folder / L"mine.zip"), "old");
+    EXPECT_EQ(packInto(folder / L"mine.zip", {}), 0);
+    EXPECT_THAT(entriesOf(folder / L"mine.zip"), ElementsAre(Pair("Scan1.tif", "data")));
+}
+
+TEST_F(ZipTargetTest, APersonCannotChooseAPageAsTheArchive) {
+    const std::wstring page = addPage(L"a.tif", "the only copy");
+    const Person person(prefixEdit, [&page](HWND dialog) {
+        SetDlgItemTextW(dialog, pathEdit, page.c_str());
         PostMessageW(GetDlgItem(dialog, IDOK), BM_CLICK, 0, 0);
     });
 
-    EXPECT_EQ(pack({L"--show-dialog", pages}), 2);
-    EXPECT_EQ(test::readFile(folder / L"mine.zip"), "old");
+    EXPECT_EQ(pack({L"--show-dialog", pages}), 1);
+    EXPECT_THAT(console.errors, EndsWith("is itself a page to export and is not overwritten.\n"));
+    EXPECT_EQ(test::readFile(page), "the only copy");
+    EXPECT_THAT(namesIn(pages), ElementsAre(L"a.tif"));
 }
 
 TEST_F(ZipTargetTest, ADialogConfirmedWithoutPathIsToldAbout) {
