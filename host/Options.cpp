@@ -52,6 +52,8 @@ General:
   --help, --version
 
 Exit codes: 0 done, 1 failed, 2 stopped by the user, 7 wrong usage, 99 crashed.
+
+The log is in %LOCALAPPDATA%\Sorvane\ScanHost\ScanHost.log.
 )";
 
 namespace {

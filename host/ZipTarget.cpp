@@ -86,13 +86,9 @@ std::string ZipTarget::destination() const {
     return utf8(archive);
 }
 
-std::string ZipTarget::reasonForFailure(const FilePage& page, std::size_t, std::size_t) const {
-    ULARGE_INTEGER available{};
-    if (GetDiskFreeSpaceExW(bxdisk::File(folderOf(archive)).getPath().c_str(), &available, nullptr,
-                            nullptr) &&
-        available.QuadPart < static_cast<ULONGLONG>(bxdisk::File(page.path()).getFileSize()))
-        return "the disk of " + destination() + " is full";
-    return destination() + " could not be written; the log says why";
+// The engine does not tell whether the page or the archive failed, and what was there of either is gone by now.
+std::string ZipTarget::reasonForFailure(const FilePage&, std::size_t, std::size_t) const {
+    return "it could not be added to " + destination() + "; the log says why";
 }
 
 } // namespace host

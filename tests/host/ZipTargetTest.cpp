@@ -238,6 +238,16 @@ TEST_F(ZipTargetTest, APageThatGetsLockedEndsTheExportWithItsName) {
     EXPECT_THAT(entriesOf(archive), ElementsAre(Pair("Scan1.tif", "a")));
 }
 
+TEST_F(ZipTargetTest, APageThatCannotBeAddedIsNamedWithoutGuessingWhoseFaultItIs) {
+    const std::wstring page = addPage(L"a.tif");
+
+    EXPECT_EQ(run({L"--to-zip", archive, L"--prefix", std::wstring(65'536, L'x'), page}), 1);
+
+    EXPECT_EQ(console.errors, "scanexport: The page " + utf8(page) +
+                                  " was not exported: it could not be added to " + utf8(archive) +
+                                  "; the log says why.\n");
+}
+
 // A person in the dialog.
 
 TEST_F(ZipTargetTest, ThePersonsEntriesInTheDialogCount) {

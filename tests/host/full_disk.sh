@@ -21,28 +21,43 @@ work=$(mktemp -d)
 trap 'WINEPREFIX="$folder/wine-null" wineserver -k 2>/dev/null || :; umount "$work/disk" 2>/dev/null || :; rm -rf "$work"' EXIT
 
 mkdir "$work/disk" "$work/pages"
-mount -t tmpfs -o size=64k tmpfs "$work/disk" 2>/dev/null || {
+mount -t tmpfs -o size=256k tmpfs "$work/disk" 2>/dev/null || {
     echo "No small disk here: not tested."
     exit 77
 }
 # A session from before would not see the disk.
 WINEPREFIX="$folder/wine-null" wineserver -k 2>/dev/null || :
 head -c 20000 /dev/urandom >"$work/pages/1.tif"
-head -c 100000 /dev/urandom >"$work/pages/2.tif"
+head -c 400000 /dev/urandom >"$work/pages/2.tif"
 head -c 100 /dev/urandom >"$work/pages/3.tif"
-
-status=0
-"$wine_run" "$folder" "$scanexport" --lang en --to-dir "$work/disk/out" --prefix Scan --digits 1 "$work/pages" \
-    2>"$work/errors" || status=$?
-cat "$work/errors"
 
 fail() {
     echo "full_disk.sh: $*"
     exit 1
 }
-[ $status -eq 1 ] || fail "exit code $status instead of 1"
+
+# Exports to the small disk, which must fail in one sentence.
+export_to_disk() {
+    status=0
+    "$wine_run" "$folder" "$scanexport" --lang en "$@" "$work/pages" 2>"$work/errors" || status=$?
+    cat "$work/errors"
+    [ $status -eq 1 ] || fail "exit code $status instead of 1"
+    [ "$(wc -l <"$work/errors")" -eq 1 ] || fail "it is told in more than one sentence"
+}
+
+export_to_disk --to-dir "$work/disk/out" --prefix Scan --digits 1
 grep -q '2\.tif was not exported: the disk of .*\\disk\\out is full, and .*\\Scan2\.tif is incomplete\.$' \
     "$work/errors" || fail "the page, the reason and the incomplete file are not named"
-[ "$(wc -l <"$work/errors")" -eq 1 ] || fail "it is told in more than one sentence"
 cmp "$work/pages/1.tif" "$work/disk/out/Scan1.tif" || fail "the page before is not whole"
 [ ! -e "$work/disk/out/Scan3.tif" ] || fail "it went on after the failure"
+
+rm -r "$work/disk/out"
+printf 'old' >"$work/disk/scans.zip"
+export_to_disk --to-zip "$work/disk/scans.zip" --prefix Scan
+grep -q '2\.tif was not exported: it could not be added to .*\\disk\\scans\.zip; the log says why\.$' "$work/errors" ||
+    fail "the page and the archive are not named"
+unzip -qqt "$work/disk/scans.zip" || fail "the archive cannot be read"
+[ "$(unzip -Z1 "$work/disk/scans.zip")" = Scan1.tif ] || fail "the archive does not hold the page before the failure"
+unzip -p "$work/disk/scans.zip" Scan1.tif | cmp "$work/pages/1.tif" - || fail "the packed page is not whole"
+[ "$(cat "$work/disk/scans.zip.bak")" = old ] || fail "the archive from before is gone"
+[ "$(ls "$work/disk" | wc -l)" -eq 2 ] || fail "something else is left behind"
