@@ -43,6 +43,12 @@ public:
     /// The existing file that the engine would replace without a question, by what was last observed.
     virtual std::optional<std::wstring> fileReplacedUnasked() const { return std::nullopt; }
 
+    /// Takes note of what is there right before the export.
+    virtual void beforeExport() {}
+
+    /// Refuses, by throwing HostError, to believe an engine that called the export done.
+    virtual void checkDone() const {}
+
     /// Where the export goes to, for messages: what was last observed, or else what the options say.
     virtual std::string destination() const = 0;
 

@@ -93,9 +93,12 @@ public:
         target->checkObserved(pages);
         const auto replaced = target->fileReplacedUnasked();
         const bool allowed = !replaced || application.mayOverwrite(*replaced);
+        target->beforeExport();
         const int code = allowed ? exportPages(*engine) : exitStopped;
         if (code == exitStopped && application.hasProtectedPage())
             return exitFailed;
+        if (code == exitDone)
+            target->checkDone();
         if (code == exitDone && console.isWatched())
             console.print(std::to_string(pages.size()) + (pages.size() == 1 ? " page" : " pages") +
                           " exported to " + target->destination() + ".\n");

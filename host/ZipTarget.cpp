@@ -82,6 +82,27 @@ std::optional<std::wstring> ZipTarget::fileReplacedUnasked() const {
     return bxdisk::File(archive).exists() ? std::optional(archive) : std::nullopt;
 }
 
+void ZipTarget::beforeExport() {
+    before = fileAtPath();
+}
+
+// The archive is closed after the engine's last word, so a failure to do it does not reach the result.
+void ZipTarget::checkDone() const {
+    const auto now = fileAtPath();
+    if (!now || now == before)
+        throw HostError("The new archive could not be put at " + destination() + "; the log says why.");
+}
+
+std::optional<ZipTarget::FileAtPath> ZipTarget::fileAtPath() const {
+    WIN32_FILE_ATTRIBUTE_DATA data{};
+    const auto identity = identityOf(archive);
+    if (!identity ||
+        !GetFileAttributesExW(bxdisk::File(archive).getPath().c_str(), GetFileExInfoStandard, &data))
+        return std::nullopt;
+    const ULARGE_INTEGER time{{data.ftLastWriteTime.dwLowDateTime, data.ftLastWriteTime.dwHighDateTime}};
+    return FileAtPath{*identity, time.QuadPart};
+}
+
 std::string ZipTarget::destination() const {
     return utf8(archive);
 }

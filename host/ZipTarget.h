@@ -2,6 +2,11 @@
 #pragma once
 
 #include "host/ExportTarget.h"
+#include "host/FileIdentity.h"
+
+#include <windows.h>
+
+#include <optional>
 
 namespace host {
 
@@ -17,13 +22,25 @@ public:
     void checkObserved(const FilePages& pages) const override;
     Overwrite defaultOverwrite() const override;
     std::optional<std::wstring> fileReplacedUnasked() const override;
+    void beforeExport() override;
+    void checkDone() const override;
     std::string destination() const override;
     std::string reasonForFailure(const FilePage& page, std::size_t index,
                                  std::size_t pageCount) const override;
 
 private:
+    /// The file at the archive's path, as opposed to another that takes its place.
+    struct FileAtPath {
+        FileIdentity identity;
+        ULONGLONG lastWrite = 0;
+
+        friend bool operator==(const FileAtPath&, const FileAtPath&) = default;
+    };
+    std::optional<FileAtPath> fileAtPath() const;
+
     ZipOptions options;
     std::wstring archive; ///< what the dialog holds
+    std::optional<FileAtPath> before;
 };
 
 } // namespace host

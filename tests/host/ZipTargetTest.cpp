@@ -1,8 +1,10 @@
 // The console program packing pages into a ZIP archive with the real component, run inside the test.
 #include "host/ScanExportFixture.h"
 
+#include "host/HostError.h"
 #include "host/Text.h"
 #include "host/ZipDialogControls.h"
+#include "host/ZipTarget.h"
 #include "support/ZipParser.h"
 
 #include <gmock/gmock.h>
@@ -246,6 +248,42 @@ TEST_F(ZipTargetTest, APageThatCannotBeAddedIsNamedWithoutGuessingWhoseFaultItIs
     EXPECT_EQ(console.errors, "scanexport: The page " + utf8(page) +
                                   " was not exported: it could not be added to " + utf8(archive) +
                                   "; the log says why.\n");
+}
+
+TEST_F(ZipTargetTest, AnArchiveThatCannotTakeItsPlaceAtTheEndIsNotCalledDone) {
+    addPage(L"a.tif");
+    folder.write(L"skeny.zip", "old");
+    // A reader that came in time keeps the old archive where it is.
+    std::optional<host::UniqueHandle> reader;
+    whenAtPage(1, [&] {
+        reader.emplace(CreateFileW(archive.c_str(), GENERIC_READ,
+                                   FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                   OPEN_EXISTING, 0, nullptr));
+        EXPECT_TRUE(*reader);
+    });
+
+    EXPECT_EQ(pack({pages}), 1);
+
+    EXPECT_EQ(console.errors,
+              "scanexport: The new archive could not be put at " + utf8(archive) + "; the log says why.\n");
+    EXPECT_THAT(console.output, testing::Not(HasSubstr("exported")));
+    EXPECT_EQ(test::readFile(archive), "old");
+}
+
+TEST_F(ZipTargetTest, OnlyANewFileAtThePathCountsAsDone) {
+    host::ZipTarget target({archive, L""});
+    target.beforeExport();
+    EXPECT_THROW(target.checkDone(), host::HostError) << "there is none";
+
+    folder.write(L"skeny.zip", "new");
+    EXPECT_NO_THROW(target.checkDone());
+
+    target.beforeExport();
+    EXPECT_THROW(target.checkDone(), host::HostError) << "it is the one from before";
+
+    ASSERT_TRUE(
+        MoveFileExW(folder.write(L"next.zip", "next").c_str(), archive.c_str(), MOVEFILE_REPLACE_EXISTING));
+    EXPECT_NO_THROW(target.checkDone());
 }
 
 // A person in the dialog.
