@@ -65,6 +65,9 @@ void ZipTarget::checkObserved(const FilePages&) const {
         throw HostError("The folder " + utf8(folder) + " of the target does not exist.");
     if (!target.exists())
         return;
+    // An administrator may be let past the mark, but the ZIP writer heeds it.
+    if (GetFileAttributesW(target.getPath().c_str()) & FILE_ATTRIBUTE_READONLY)
+        throw HostError("The target " + utf8(archive) + " cannot be replaced: it is read-only.");
     const UniqueHandle file(CreateFileW(target.getPath().c_str(), GENERIC_WRITE | DELETE,
                                         FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
                                         OPEN_EXISTING, 0, nullptr));

@@ -195,6 +195,19 @@ TEST_F(ZipTargetTest, ALockedArchiveIsNamedAndKept) {
     EXPECT_EQ(test::readFile(archive), "old");
 }
 
+TEST_F(ZipTargetTest, AReadOnlyArchiveIsNamedAndKept) {
+    addPage(L"a.tif");
+    folder.write(L"skeny.zip", "old");
+    ASSERT_TRUE(SetFileAttributesW(archive.c_str(), FILE_ATTRIBUTE_READONLY));
+
+    EXPECT_EQ(pack({pages}), 1);
+
+    EXPECT_EQ(console.errors,
+              "scanexport: The target " + utf8(archive) + " cannot be replaced: it is read-only.\n");
+    EXPECT_EQ(test::readFile(archive), "old");
+    EXPECT_THAT(filesBeside(), ElementsAre(L"skeny.zip"));
+}
+
 TEST_F(ZipTargetTest, AnArchiveThatGetsLockedAfterTheCheckIsNamed) {
     addPage(L"a.tif");
     folder.write(L"skeny.zip", "old");
