@@ -18,7 +18,8 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::chrono::hours staleAge{24};
-constexpr char pageCopyPrefix[] = "page";
+// A component chooses the names of its own directories, and none should come upon this one.
+constexpr char pageCopyPrefix[] = "scanhost-page-copy";
 
 unsigned long long startTimeOf(HANDLE process) {
     FILETIME start{};
@@ -42,18 +43,39 @@ fs::file_time_type newestDirectoryTime(const fs::path& directory) {
     return newest;
 }
 
+std::vector<fs::path> entriesOf(const fs::path& directory) {
+    std::vector<fs::path> entries;
+    std::error_code error;
+    for (fs::directory_iterator entry(directory, error), end; !error && entry != end; entry.increment(error))
+        entries.push_back(entry->path());
+    return entries;
+}
+
+// Entry by entry: a file that a program holds open keeps nothing but itself and the directories above it.
+void removeTree(const fs::path& path) {
+    const DWORD attributes = GetFileAttributesW(path.c_str());
+    if (attributes == INVALID_FILE_ATTRIBUTES)
+        return;
+    // What a link leads to is somebody else's.
+    if ((attributes & FILE_ATTRIBUTE_DIRECTORY) && !(attributes & FILE_ATTRIBUTE_REPARSE_POINT)) {
+        for (const fs::path& entry : entriesOf(path))
+            removeTree(entry);
+    }
+    // The copy of a read-only page is read-only too.
+    if (attributes & FILE_ATTRIBUTE_READONLY)
+        SetFileAttributesW(path.c_str(), attributes & ~static_cast<DWORD>(FILE_ATTRIBUTE_READONLY));
+    std::error_code ignored;
+    fs::remove(path, ignored);
+}
+
 // Leaves what another program might read, and the root for as long as there is any of it.
 void removePageCopies(const fs::path& root) {
     const std::wstring start = wide(pageCopyPrefix) + L"-";
-    std::vector<fs::path> copies;
-    std::error_code error;
-    for (fs::directory_iterator entry(root, error), end; !error && entry != end; entry.increment(error)) {
-        if (entry->path().filename().wstring().starts_with(start))
-            copies.push_back(entry->path());
+    for (const fs::path& entry : entriesOf(root)) {
+        if (entry.filename().wstring().starts_with(start))
+            removeTree(entry);
     }
     std::error_code ignored;
-    for (const fs::path& copy : copies)
-        fs::remove_all(copy, ignored);
     fs::remove(root, ignored);
 }
 
@@ -68,18 +90,15 @@ bool createPageCopyDirectory(std::wstring& path) {
 }
 
 void removeStaleRoots(const std::wstring& parent) {
-    std::error_code error;
-    for (fs::directory_iterator entry(parent, error), end; !error && entry != end; entry.increment(error)) {
-        const auto run = RunName::parse(entry->path().filename().wstring());
+    for (const fs::path& entry : entriesOf(parent)) {
+        const auto run = RunName::parse(entry.filename().wstring());
         if (!run || run->isRunning())
             continue;
-        if (fs::file_time_type::clock::now() - newestDirectoryTime(entry->path()) < staleAge) {
-            removePageCopies(entry->path());
-            continue;
-        }
         // What a program still holds open stays for the start after this one.
-        std::error_code ignored;
-        fs::remove_all(entry->path(), ignored);
+        if (fs::file_time_type::clock::now() - newestDirectoryTime(entry) < staleAge)
+            removePageCopies(entry);
+        else
+            removeTree(entry);
     }
 }
 
@@ -129,8 +148,7 @@ TemporaryRoot::TemporaryRoot(const std::wstring& parent)
 
 TemporaryRoot::~TemporaryRoot() {
     bxdisk::setTempRoot({});
-    std::error_code ignored;
-    fs::remove_all(directory, ignored);
+    removeTree(directory);
 }
 
 } // namespace host

@@ -9,7 +9,12 @@
 
 #include <gmock/gmock.h>
 
+#include <windows.h>
+
 #include <chrono>
+#include <optional>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -45,6 +50,35 @@ protected:
         RunName run = RunName::ofThisProcess();
         --run.startTime;
         return run.text();
+    }
+
+    /// A copy of a page in the root that is there now.
+    std::wstring addPageCopy() const {
+        std::wstring directory;
+        EXPECT_TRUE(host::createPageCopyDirectory(directory));
+        return folder.write(directory.substr(folder.path().size() + 1) + L"\\page.tif", "x");
+    }
+
+    /// The copy of a page in what a killed run left behind.
+    std::wstring leavePageCopy() const {
+        const std::wstring left = folder / endedRun();
+        // What is moved away does not go with the run.
+        const TemporaryRoot root(folder.path());
+        const std::wstring copy = addPageCopy();
+        EXPECT_TRUE(CreateDirectoryW(left.c_str(), nullptr));
+        const std::wstring moved = left + copy.substr(root.path().size());
+        EXPECT_TRUE(MoveFileW(copy.substr(0, copy.find_last_of(L'\\')).c_str(),
+                              moved.substr(0, moved.find_last_of(L'\\')).c_str()));
+        return moved;
+    }
+
+    static host::UniqueHandle openForReading(const std::wstring& path) {
+        return host::UniqueHandle(
+            CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
+    }
+
+    static bool exists(const std::wstring& path) {
+        return GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
     }
 
     test::TempFolder folder;
@@ -84,25 +118,61 @@ TEST_F(TemporaryRootTest, KeepsWhatIsYoungerThanADay) {
 }
 
 TEST_F(TemporaryRootTest, RemovesCopiesOfPagesAsSoonAsTheirRunHasEnded) {
-    leave(endedRun(), std::chrono::hours(0));
-    DeleteFileW((folder / endedRun() + L"\\page.tif").c_str());
-    leave(endedRun() + L"\\page-12-1", std::chrono::hours(0));
+    leavePageCopy();
 
     { const TemporaryRoot root(folder.path()); }
 
     EXPECT_THAT(folder.list(), IsEmpty());
 }
 
-TEST_F(TemporaryRootTest, KeepsYoungAttachmentsBesideCopiesOfPages) {
-    leave(endedRun(), std::chrono::hours(1));
-    DeleteFileW((folder / endedRun() + L"\\page.tif").c_str());
-    leave(endedRun() + L"\\page-12-1", std::chrono::hours(1));
-    leave(endedRun() + L"\\export-mail-12-2", std::chrono::hours(1));
+TEST_F(TemporaryRootTest, KeepsWhatElseIsYoungBesideCopiesOfPages) {
+    const std::wstring copy = leavePageCopy();
+    for (const wchar_t* name : {L"\\export-mail-12-2", L"\\page-12-1"})
+        leave(endedRun() + name, std::chrono::hours(1));
 
     { const TemporaryRoot root(folder.path()); }
 
     EXPECT_EQ(test::readFile(folder / endedRun() + L"\\export-mail-12-2\\page.tif"), "x");
-    EXPECT_EQ(GetFileAttributesW((folder / endedRun() + L"\\page-12-1").c_str()), INVALID_FILE_ATTRIBUTES);
+    EXPECT_EQ(test::readFile(folder / endedRun() + L"\\page-12-1\\page.tif"), "x");
+    EXPECT_FALSE(exists(copy));
+}
+
+TEST_F(TemporaryRootTest, RemovesCopiesOfReadOnlyPages) {
+    SetFileAttributesW(leavePageCopy().c_str(), FILE_ATTRIBUTE_READONLY);
+    {
+        const TemporaryRoot root(folder.path());
+        EXPECT_THAT(folder.list(), ElementsAre(RunName::ofThisProcess().text())) << "at the next start";
+        SetFileAttributesW(addPageCopy().c_str(), FILE_ATTRIBUTE_READONLY);
+    }
+    EXPECT_THAT(folder.list(), IsEmpty()) << "at the end";
+}
+
+TEST_F(TemporaryRootTest, KeepsNothingButTheFileThatAProgramHoldsOpen) {
+    std::vector<std::wstring> copies;
+    std::optional<host::UniqueHandle> reader;
+    {
+        const TemporaryRoot root(folder.path());
+        for (int count = 0; count < 3; ++count)
+            copies.push_back(addPageCopy());
+        reader.emplace(openForReading(copies[1]));
+    }
+    EXPECT_FALSE(exists(copies[0]));
+    EXPECT_TRUE(exists(copies[1]));
+    EXPECT_FALSE(exists(copies[2]));
+}
+
+TEST_F(TemporaryRootTest, TriesAgainToRemoveACopyOfAPageThatWasOpen) {
+    const std::wstring copy = leavePageCopy();
+    leave(endedRun() + L"\\export-mail-12-2", std::chrono::hours(23));
+    {
+        const host::UniqueHandle reader = openForReading(copy);
+        const TemporaryRoot root(folder.path());
+        EXPECT_TRUE(exists(copy));
+    }
+    { const TemporaryRoot root(folder.path()); }
+
+    EXPECT_FALSE(exists(copy));
+    EXPECT_EQ(test::readFile(folder / endedRun() + L"\\export-mail-12-2\\page.tif"), "x");
 }
 
 TEST_F(TemporaryRootTest, LeavesCopiesOfPagesToARunThatStillNeedsThem) {
