@@ -9,12 +9,14 @@
 #include "host/EnginesManager.h"
 #include "host/HostApplication.h"
 #include "host/PageList.h"
+#include "host/TemporaryRoot.h"
 
 #include <iostream>
 
 // README: begin
 int exportScans(const std::wstring& programs, const std::wstring& scans, CWnd* window) {
     bxutils::getResourceManager()->loadLanguageFile(programs + L"\\lang\\en.ini");
+    const host::TemporaryRoot temporaryFiles;
     host::HostApplication application(L"Example\\Scanner");
     host::EnginesManager manager;
     host::ComponentModule component(programs + L"\\BasicExport.dll", manager);

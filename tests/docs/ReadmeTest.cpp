@@ -5,6 +5,7 @@
 #include "host/DirectoryDialogControls.h"
 #include "host/Options.h"
 #include "support/ScopedRegistryKey.h"
+#include "support/ScopedVariable.h"
 #include "support/TempFolder.h"
 
 #include "afxwin.h"
@@ -57,6 +58,9 @@ TEST(ReadmeTest, ShowsTheHelpAsItIsPrinted) {
 
 TEST(ReadmeTest, ItsExampleExportsTheScansOfAFolder) {
     using namespace host::directoryDialog;
+    const test::TempFolder temporaryFiles;
+    // What GetTempPath looks at first.
+    const test::ScopedVariable temporaryPath(L"TMP", temporaryFiles.path());
     const test::ScopedRegistryKey rememberedSettings(L"SOFTWARE\\Example");
     const test::TempFolder scans;
     scans.write(L"Page 2.tif", "second");
@@ -74,5 +78,6 @@ TEST(ReadmeTest, ItsExampleExportsTheScansOfAFolder) {
     EXPECT_EQ(pilot.failure(), "");
     EXPECT_THAT(target.list(), ElementsAre(L"Scan001.tif", L"Scan002.tif"));
     EXPECT_EQ(test::readFile(target / L"Scan002.tif"), "tenth");
+    EXPECT_TRUE(RemoveDirectoryW((temporaryFiles / L"Sorvane\\ScanHost").c_str())) << "not made or not empty";
     DestroyWindow(owner);
 }

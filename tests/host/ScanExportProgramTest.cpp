@@ -7,6 +7,7 @@
 #include "host/VisibleDesktop.h"
 #include "support/ChildProcess.h"
 #include "support/ScopedRegistryKey.h"
+#include "support/ScopedVariable.h"
 #include "support/TempFolder.h"
 #include "support/ZipParser.h"
 
@@ -22,22 +23,6 @@ using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::MatchesRegex;
 using testing::StartsWith;
-
-/// Gives an environment variable, which programs inherit, another value for the time of its life.
-class ScopedVariable {
-public:
-    ScopedVariable(const wchar_t* name, const std::wstring& value) : name(name) {
-        GetEnvironmentVariableW(name, before, MAX_PATH);
-        SetEnvironmentVariableW(name, value.c_str());
-    }
-    ~ScopedVariable() { SetEnvironmentVariableW(name, before); }
-    ScopedVariable(const ScopedVariable&) = delete;
-    ScopedVariable& operator=(const ScopedVariable&) = delete;
-
-private:
-    const wchar_t* name;
-    wchar_t before[MAX_PATH] = {};
-};
 
 class ScanExportProgramTest : public testing::Test {
 protected:
@@ -100,9 +85,9 @@ protected:
     const std::wstring out = folder / L"out";
     const test::ScopedRegistryKey registryKey{std::wstring(L"SOFTWARE\\") +
                                               host::HostApplication::defaultBasePath};
-    const ScopedVariable temp{L"TEMP", folder / L"temp"};
-    const ScopedVariable tmp{L"TMP", folder / L"temp"};
-    const ScopedVariable local{L"LOCALAPPDATA", folder / L"local"};
+    const test::ScopedVariable temp{L"TEMP", folder / L"temp"};
+    const test::ScopedVariable tmp{L"TMP", folder / L"temp"};
+    const test::ScopedVariable local{L"LOCALAPPDATA", folder / L"local"};
     std::wstring program = L"scanexport.exe";
 };
 
