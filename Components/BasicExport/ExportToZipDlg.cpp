@@ -44,7 +44,9 @@ void ExportToZipDlg::initTexts() {
 
 void ExportToZipDlg::OnBnClickedBrowse() {
     // The kind that opens files, not the one that saves: without OFN_FILEMUSTEXIST it takes new names too.
-    CFileDialog browse(TRUE, NULL, NULL, OFN_HIDEREADONLY | OFN_OVERWRITEPROMPT, NULL, NULL);
+    constexpr DWORD flags = OFN_HIDEREADONLY | OFN_OVERWRITEPROMPT;
+    static_assert(flags == 6);
+    CFileDialog browse(TRUE, NULL, NULL, flags, NULL, NULL);
     if (browse.DoModal() == IDOK)
         pathEdit.SetWindowText(browse.GetPathName());
 }
