@@ -5,7 +5,13 @@
 #include "bxbase/ReferencedImpl.h"
 #include "host/UniqueHandle.h"
 
+#include <windows.h>
+
 #include <functional>
+#include <map>
+#include <stdexcept>
+#include <string>
+#include <vector>
 
 namespace {
 
@@ -108,6 +114,21 @@ TEST_F(ZipExportTest, UsesTheTargetPathAsTyped) {
     EXPECT_THAT(target.list(), SizeIs(3));
 }
 
+TEST_F(ZipExportTest, TakesATargetPathOfAnyLength) {
+    std::wstring path = target.path();
+    for (const wchar_t letter : {L'á', L'b', L'c'}) {
+        path += L"\\" + std::wstring(100, letter);
+        ASSERT_TRUE(CreateDirectoryW((L"\\\\?\\" + path).c_str(), nullptr));
+    }
+    path += L"\\scans.zip";
+    Sorvane::c_u16u8(engine->targetPath, path);
+    addPages(2);
+    for (int round = 0; round < 2; ++round) {
+        EXPECT_EQ(run(), 0);
+        EXPECT_THAT(entriesOf(path), ElementsAre(Pair("Scan_1.tif", "1"), Pair("Scan_2.tif", "2")));
+    }
+}
+
 TEST_F(ZipExportTest, ReplacesAnExistingArchive) {
     target.write(L"scans.zip", "old");
     addPages(1);
@@ -139,23 +160,55 @@ TEST_F(ZipExportTest, PageWithoutAFileIsPackedFromACopyThatStays) {
     EXPECT_EQ(test::readFile(temporaryCopy), "rendered");
 }
 
+/// Keeps how many references there are to it whenever it is asked for its data.
+class WatchedPage : public test::TestPage {
+public:
+    using TestPage::TestPage;
+    bool getFilePath(std::wstring& path) override {
+        referencesMeanwhile.push_back(references);
+        return TestPage::getFilePath(path);
+    }
+    bool createDataCopy(std::wstring& path, SorvaneException& error) override {
+        referencesMeanwhile.push_back(references);
+        return TestPage::createDataCopy(path, error);
+    }
+    std::vector<int> referencesMeanwhile;
+};
+
 TEST_F(ZipExportTest, HoldsEachPageWhileItIsPacked) {
-    class WatchedPage : public test::TestPage {
-    public:
-        using TestPage::TestPage;
-        bool getFilePath(std::wstring& path) override {
-            referencesMeanwhile = references;
-            return TestPage::getFilePath(path);
-        }
-        int referencesMeanwhile = 0;
-    };
-    WatchedPage page(pageFolder.write(L"a.tif", "a"));
+    WatchedPage page("a.tif", "a", temporaryCopy);
     engine->addData(&page);
     EXPECT_EQ(run(), 0);
-    EXPECT_EQ(page.referencesMeanwhile, 2);
+    EXPECT_THAT(page.referencesMeanwhile, ElementsAre(2, 2));
     EXPECT_EQ(page.references, 1);
     engine.clear();
     EXPECT_EQ(page.references, 0);
+}
+
+TEST_F(ZipExportTest, HoldsThePageThatCannotBeCopiedUntilThatIsReported) {
+    class WatchingSink : public SorvaneException {
+    public:
+        explicit WatchingSink(const WatchedPage& page) : page(page) {}
+        void reportError(const Sorvane::u8string&, int line, const Sorvane::u8string&) override {
+            referencesAt[line] = page.references;
+        }
+        const WatchedPage& page;
+        std::map<int, int> referencesAt;
+    };
+    WatchedPage page("a.tif", std::nullopt, temporaryCopy);
+    engine->addData(&page);
+    WatchingSink sink(page);
+    EXPECT_EQ(engine->exportData(nullptr, sink), 1);
+    EXPECT_THAT(sink.referencesAt, testing::Contains(Pair(97, 2)));
+    EXPECT_EQ(page.references, 1);
+    engine.clear();
+}
+
+TEST_F(ZipExportTest, DoesNotReadTheContext) {
+    addPages(1);
+    void* const unreadable = reinterpret_cast<void*>(1);
+    EXPECT_EQ(engine->exportData(unreadable, errors), 0);
+    EXPECT_THAT(entryNames(), ElementsAre("Scan_1.tif"));
 }
 
 // Failures.
@@ -247,6 +300,24 @@ TEST_F(ZipExportTest, CopyStaysWhenItCannotBePacked) {
     EXPECT_EQ(run(), 1);
     expectReport(105, "Failed to add item");
     EXPECT_EQ(test::readFile(temporaryCopy), "data");
+}
+
+TEST_F(ZipExportTest, AnExceptionOnTheWayKeepsTheExistingArchive) {
+    class ThrowingPage : public test::TestPage {
+    public:
+        using TestPage::TestPage;
+        bool getFilePath(std::wstring&) override { throw std::runtime_error("page"); }
+    };
+    target.write(L"scans.zip", "old");
+    addPages(1);
+    ThrowingPage page(pageFolder / L"thrown.tif");
+    engine->addData(&page);
+    EXPECT_THROW(run(), std::runtime_error);
+    EXPECT_THAT(target.list(), ElementsAre(L"scans.zip", L"scans.zip.bak"));
+    EXPECT_EQ(test::readFile(target / L"scans.zip.bak"), "old");
+    EXPECT_THAT(entries(), ElementsAre(Pair("Scan_1.tif", "1")));
+    EXPECT_EQ(page.references, 1);
+    engine.clear();
 }
 
 class ZipBackupTest : public ZipExportFixture, public testing::WithParamInterface<bool> {};

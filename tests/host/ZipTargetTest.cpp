@@ -88,6 +88,22 @@ TEST_F(ZipTargetTest, WorksInCzech) {
     EXPECT_THAT(entriesOf(folder / L"výstup.zip"), ElementsAre(Pair("Účet1.tif", "data")));
 }
 
+TEST_F(ZipTargetTest, PacksIntoAPathOfAnyLength) {
+    addPage(L"a.tif");
+    std::wstring path = folder.path();
+    for (const wchar_t letter : {L'á', L'b', L'c'}) {
+        path += L"\\" + std::wstring(100, letter);
+        ASSERT_TRUE(CreateDirectoryW((L"\\\\?\\" + path).c_str(), nullptr));
+    }
+    path += L"\\skeny.zip";
+
+    for (int round = 0; round < 2; ++round)
+        EXPECT_EQ(run({L"--to-zip", path, pages}), 0);
+
+    EXPECT_EQ(console.errors, "");
+    EXPECT_THAT(entriesOf(path), ElementsAre(Pair("1.tif", "data")));
+}
+
 TEST_F(ZipTargetTest, ShowsProgressToAPersonWhoWatches) {
     addPage(L"a.tif");
     addPage(L"b.tif");
