@@ -80,15 +80,22 @@ Status ArchiveWriter::writeData(ZipEntry& entry, Source& source) {
     if (Status status = isCompressed(source, compressed); !status.isOk())
         return status;
     if (entry.size && !compressed) {
+        // A page that does not get smaller is given up before it takes more room than it needs stored: the
+        // disk may have no more.
+        bool shrinks = true;
+        const auto shrinkingSink = [&](const void* bytes, std::size_t size) {
+            shrinks = position + size - start < entry.size;
+            return shrinks ? sink(bytes, size) : Status("the page does not get smaller");
+        };
         Deflater::Result result;
-        if (Status status = deflater.deflate(source, entry.size, sink, result); !status.isOk())
-            return status;
-        if (result.compressedSize < entry.size) {
+        Status status = deflater.deflate(source, entry.size, shrinkingSink, result);
+        if (status.isOk()) {
             entry.method = Method::Deflated;
             entry.compressedSize = result.compressedSize;
             entry.crc = result.crc;
-            return {};
         }
+        if (shrinks)
+            return status;
         position = start;
     }
     entry.compressedSize = entry.size;

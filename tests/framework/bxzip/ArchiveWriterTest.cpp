@@ -87,6 +87,20 @@ TEST_F(ArchiveWriterTest, StoresWhatDoesNotGetSmaller) {
     EXPECT_EQ(contents[2], noise(3 * bxzip::Deflater::chunkSize + 17));
 }
 
+TEST_F(ArchiveWriterTest, NeedsNoMoreRoomThanAStoredPageTakes) {
+    // Room for the directory is taken in steps of 64 KiB, of which one ends where the page and its record do.
+    constexpr std::size_t records = (30 + 4) + (46 + 4) + bxzip::maxEndRecordsSize;
+    constexpr std::size_t archiveSize = 64 * 64 * 1024;
+    storage.capacity = archiveSize;
+    const std::string content = noise(archiveSize - records);
+    storage.put(L"page", content);
+    storage.capacity += content.size();
+    std::unique_ptr<bxzip::Source> source;
+    ASSERT_TRUE(storage.openSource(L"page", source).isOk());
+    EXPECT_TRUE(writer->add("page", *source).isOk());
+    EXPECT_EQ(finish().items[0].method, 0);
+}
+
 TEST_F(ArchiveWriterTest, JoinsTheChunksOfLargePages) {
     constexpr std::size_t chunk = bxzip::Deflater::chunkSize;
     const std::size_t sizes[] = {chunk - 1, chunk, chunk + 1, 2 * chunk, 5 * chunk + 4711};
