@@ -5,6 +5,8 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -34,36 +36,48 @@ TEST_P(PageKindTest, IsToldByTheFirstBytes) {
 
 const std::string rest(64, 'x');
 
-INSTANTIATE_TEST_SUITE_P(Formats, PageKindTest,
-                         testing::Values(KindCase{"Jpeg", "\xFF\xD8\xFF\xE0"s + rest, true},
-                                         KindCase{"JpegOfFourBytes", "\xFF\xD8\xFF\xD9"s, true},
-                                         KindCase{"Png", "\x89PNG\r\n\x1A\n"s + rest, true},
-                                         KindCase{"Gif", "GIF89a"s + rest, true},
-                                         KindCase{"WebP", "RIFF\x10\0\0\0WEBPVP8 "s + rest, true},
-                                         KindCase{"Wave", "RIFF\x10\0\0\0WAVEfmt "s + rest, false},
-                                         KindCase{"Jpeg2000", "\0\0\0\x0CjP  \r\n\x87\n"s + rest, true},
-                                         KindCase{"Heic",
-                                                  "\0\0\0\x18"
-                                                  "ftypheic\0\0\0\0"s +
-                                                      rest,
-                                                  true},
-                                         KindCase{"QuickTime",
-                                                  "\0\0\0\x14"
-                                                  "ftypqt  \0\0\0\0"s +
-                                                      rest,
-                                                  false},
-                                         KindCase{"Pdf", "%PDF-1.7\n"s + rest, true},
-                                         KindCase{"Zip", "PK\x03\x04"s + rest, true},
-                                         KindCase{"EmptyZip", "PK\x05\x06"s + std::string(18, '\0'), true},
-                                         KindCase{"Gzip", "\x1F\x8B\x08"s + rest, true},
-                                         KindCase{"SevenZip", "7z\xBC\xAF\x27\x1C"s + rest, true},
-                                         KindCase{"Empty", "", false}, KindCase{"OneByte", "\xFF"s, false},
-                                         KindCase{"Text", "The quick brown fox"s, false},
-                                         KindCase{"Bitmap", "BM"s + rest, false},
-                                         KindCase{"PdfNotAtTheStart", " %PDF-1.7"s + rest, false}),
+const KindCase kindCases[] = {
+    {"Jpeg", "\xFF\xD8\xFF\xE0"s + rest, true},
+    {"JpegOfFourBytes", "\xFF\xD8\xFF\xD9"s, true},
+    {"Png", "\x89PNG\r\n\x1A\n"s + rest, true},
+    {"Gif87", "GIF87a"s + rest, true},
+    {"Gif89", "GIF89a"s + rest, true},
+    {"WebP", "RIFF\x10\0\0\0WEBPVP8 "s + rest, true},
+    {"Wave", "RIFF\x10\0\0\0WAVEfmt "s + rest, false},
+    {"Jpeg2000", "\0\0\0\x0CjP  \r\n\x87\n"s + rest, true},
+    {"Jpeg2000Stream", "\xFF\x4F\xFF\x51"s + rest, true},
+    {"JpegXl", "\0\0\0\x0CJXL \r\n\x87\n"s + rest, true},
+    {"JpegXr", "II\xBC\x01"s + rest, true},
+    {"Jbig2", "\x97JB2\r\n\x1A\n"s + rest, true},
+    {"DjVu", "AT&TFORM"s + rest, true},
+    {"Heic", "\0\0\0\x18"s + "ftypheic" + rest, true},
+    {"Heix", "\0\0\0\x18"s + "ftypheix" + rest, true},
+    {"Mif1", "\0\0\0\x18"s + "ftypmif1" + rest, true},
+    {"Msf1", "\0\0\0\x18"s + "ftypmsf1" + rest, true},
+    {"Avif", "\0\0\0\x18"s + "ftypavif" + rest, true},
+    {"QuickTime", "\0\0\0\x14"s + "ftypqt  " + rest, false},
+    {"Pdf", "%PDF-1.7\n"s + rest, true},
+    {"PdfNotAtTheStart", " %PDF-1.7"s + rest, false},
+    {"Zip", "PK\x03\x04"s + rest, true},
+    {"EmptyZip", "PK\x05\x06"s + std::string(18, '\0'), true},
+    {"Gzip", "\x1F\x8B\x08"s + rest, true},
+    {"Bzip2", "BZh91AY&SY"s + rest, true},
+    {"TextLikeBzip2", "BZh is a name"s + rest, false},
+    {"Xz", "\xFD\x37zXZ\0"s + rest, true},
+    {"SevenZip", "7z\xBC\xAF\x27\x1C"s + rest, true},
+    {"Zstandard", "\x28\xB5\x2F\xFD"s + rest, true},
+    {"Rar", "Rar!\x1A\x07"s + rest, true},
+    {"Cabinet", "MSCF\0\0\0\0"s + rest, true},
+    {"Empty", "", false},
+    {"OneByte", "\xFF"s, false},
+    {"Text", "The quick brown fox"s, false},
+    {"Bitmap", "BM"s + rest, false},
+};
+
+INSTANTIATE_TEST_SUITE_P(Formats, PageKindTest, testing::ValuesIn(kindCases),
                          [](const auto& test) { return test.param.name; });
 
-/// Builds TIFF files of images that have nothing but a Compression tag.
+/// Builds TIFF files of images that have nothing but a Compression tag, and maybe images within.
 class TiffBuilder {
 public:
     TiffBuilder(bool bigEndian, bool big) : bigEndian(bigEndian), big(big) {}
@@ -87,7 +101,44 @@ public:
         return bytes;
     }
 
+    /// An image whose scheme is written as a LONG.
+    std::string buildLong(int scheme) const {
+        return start() + number(1, big ? 8 : 2) + number(259, 2) + number(4, 2) + number(1, offsetSize()) +
+               number(static_cast<std::uint64_t>(scheme), 4) + std::string(big ? 4 : 0, '\0') +
+               number(0, offsetSize());
+    }
+
+    /// A compressed image with others within it.
+    std::string buildWithin(const std::vector<int>& schemes, int type, std::size_t size) const {
+        const std::size_t imageSize = (big ? 8 : 2) + 2 * entrySize() + offsetSize();
+        const std::size_t listAt = start().size() + imageSize;
+        const bool isInline = schemes.size() * size <= offsetSize();
+        const std::size_t imagesAt = isInline ? listAt : listAt + schemes.size() * size;
+        const std::size_t innerSize = (big ? 8 : 2) + entrySize() + offsetSize();
+        std::string list;
+        std::string images;
+        for (const int scheme : schemes) {
+            list += number(imagesAt + images.size(), size);
+            images += number(1, big ? 8 : 2) + entry(259, scheme) + number(0, offsetSize());
+        }
+        EXPECT_EQ(images.size(), innerSize * schemes.size());
+        std::string field = isInline ? list : number(listAt, offsetSize());
+        field.resize(offsetSize());
+        return start() + number(2, big ? 8 : 2) + entry(259, 4) + number(330, 2) +
+               number(static_cast<std::uint64_t>(type), 2) + number(schemes.size(), offsetSize()) + field +
+               number(0, offsetSize()) + (isInline ? "" : list) + images;
+    }
+
 private:
+    std::size_t offsetSize() const { return big ? 8 : 4; }
+    std::size_t entrySize() const { return big ? 20 : 12; }
+
+    /// All before the first image, which lies behind it.
+    std::string start() const {
+        const std::string bytes = (bigEndian ? "MM"s : "II"s) + number(big ? 43 : 42, 2) +
+                                  (big ? number(8, 2) + number(0, 2) : ""s);
+        return bytes + number(bytes.size() + offsetSize(), offsetSize());
+    }
     std::string number(std::uint64_t value, std::size_t size) const {
         std::string bytes(size, '\0');
         for (std::size_t i = 0; i < size; ++i)
@@ -119,6 +170,23 @@ TEST_P(TiffKindTest, IsNotCompressedWhenOneOfItsImagesIsNot) {
     EXPECT_TRUE(isCompressed(tiff.build({4, 7, 5})));
     EXPECT_FALSE(isCompressed(tiff.build({4, 7, 1})));
     EXPECT_FALSE(isCompressed(tiff.build({1, 4})));
+}
+
+TEST_P(TiffKindTest, TakesTheSchemeInAnyWidth) {
+    EXPECT_TRUE(isCompressed(tiff.buildLong(5)));
+    EXPECT_TRUE(isCompressed(tiff.buildLong(34712)));
+    EXPECT_FALSE(isCompressed(tiff.buildLong(1)));
+}
+
+TEST_P(TiffKindTest, IsNotCompressedWhenAnImageWithinAnotherIsNot) {
+    for (const auto& [type, size] : {std::pair(4, 4u), {13, 4u}, {16, 8u}, {18, 8u}}) {
+        EXPECT_TRUE(isCompressed(tiff.buildWithin({7}, type, size))) << type;
+        EXPECT_FALSE(isCompressed(tiff.buildWithin({1}, type, size))) << type;
+        EXPECT_TRUE(isCompressed(tiff.buildWithin({7, 5, 4}, type, size))) << type;
+        EXPECT_FALSE(isCompressed(tiff.buildWithin({7, 5, 1}, type, size))) << type;
+    }
+    EXPECT_FALSE(isCompressed(tiff.buildWithin({7}, 2, 4))) << "no type of an offset";
+    EXPECT_FALSE(isCompressed(tiff.buildWithin(std::vector<int>(300, 7), 4, 4))) << "too many";
 }
 
 TEST_P(TiffKindTest, IsNotCompressedWhenItCannotBeFollowed) {
