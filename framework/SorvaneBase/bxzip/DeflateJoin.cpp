@@ -198,7 +198,7 @@ private:
         std::array<std::uint8_t, std::size(order)> orderLengths{};
         for (std::size_t i = 0; i < orderCount; ++i)
             orderLengths[order[i]] = static_cast<std::uint8_t>(reader.take(3));
-        if (literalCount > literalSymbols || !literals.assign(orderLengths.data(), orderLengths.size()))
+        if (!literals.assign(orderLengths.data(), orderLengths.size()))
             return false;
 
         std::array<std::uint8_t, literalSymbols + distanceSymbols> lengths{};

@@ -47,6 +47,19 @@ struct Deflater::Chunk {
           outputCapacity(libdeflate_deflate_compress_bound(compressor.handle, chunkSize)),
           outputBuffer(new std::byte[outputCapacity + deflateJoinSize]) {}
 
+    /// Takes the part of a file of that size that begins at the offset, and moves the offset behind it.
+    Status load(Source& source, std::uint64_t& offset, std::uint64_t size) {
+        inputSize = static_cast<std::size_t>(std::min<std::uint64_t>(chunkSize, size - offset));
+        isLast = offset + inputSize == size;
+        Status status = readAll(source, offset, inputBuffer.get(), inputSize);
+        offset += inputSize;
+        return status;
+    }
+
+    std::uint32_t crcAfter(std::uint32_t crc) const {
+        return libdeflate_crc32(crc, inputBuffer.get(), inputSize);
+    }
+
     /// Runs on any thread, allocates nothing.
     void compress(Compressor& compressor) {
         outputSize = libdeflate_deflate_compress(compressor.handle, inputBuffer.get(), inputSize,
@@ -77,18 +90,25 @@ Deflater::~Deflater() {
 }
 
 void Deflater::startThreads() {
-    threads.reserve(threadCount);
-    compressors.reserve(threadCount);
-    chunks.reserve(threadCount * chunksPerThread);
-    while (threads.size() < threadCount) {
-        auto compressor = std::make_unique<Compressor>();
-        std::unique_ptr<Chunk> own[chunksPerThread];
-        for (auto& chunk : own)
-            chunk = std::make_unique<Chunk>(*compressor);
-        threads.emplace_back(&Deflater::work, this, std::ref(*compressor));
-        compressors.push_back(std::move(compressor));
-        for (auto& chunk : own)
-            chunks.push_back(std::move(chunk));
+    // A system that is short of threads or of memory for them still has the caller's.
+    try {
+        threads.reserve(threadCount);
+        compressors.reserve(threadCount);
+        chunks.reserve(threadCount * chunksPerThread);
+        while (threads.size() < threadCount) {
+            auto compressor = std::make_unique<Compressor>();
+            std::unique_ptr<Chunk> own[chunksPerThread];
+            for (auto& chunk : own)
+                chunk = std::make_unique<Chunk>(*compressor);
+            threads.emplace_back(&Deflater::work, this, std::ref(*compressor));
+            compressors.push_back(std::move(compressor));
+            for (auto& chunk : own)
+                chunks.push_back(std::move(chunk));
+        }
+    } catch (const std::bad_alloc&) {
+        threadCount = static_cast<unsigned>(threads.size());
+    } catch (const std::system_error&) {
+        threadCount = static_cast<unsigned>(threads.size());
     }
 }
 
@@ -123,13 +143,9 @@ void Deflater::waitFor(const Chunk& chunk) {
 
 Status Deflater::deflate(Source& source, std::uint64_t size, const Sink& sink, Result& result) {
     result = {};
-    if (size > chunkSize && threadCount > 1) {
-        // A system that is short of threads still has the caller's.
-        try {
+    if (size > chunkSize) {
+        if (threads.empty() && threadCount > 1)
             startThreads();
-        } catch (const std::system_error&) {
-            threadCount = static_cast<unsigned>(threads.size());
-        }
         if (!threads.empty())
             return deflateInParallel(source, size, sink, result);
     }
@@ -138,15 +154,12 @@ Status Deflater::deflate(Source& source, std::uint64_t size, const Sink& sink, R
         ownCompressor = std::make_unique<Compressor>();
     if (!ownChunk)
         ownChunk = std::make_unique<Chunk>(*ownCompressor);
+    Chunk& chunk = *ownChunk;
     for (std::uint64_t offset = 0; offset < size;) {
-        Chunk& chunk = *ownChunk;
-        chunk.inputSize = static_cast<std::size_t>(std::min<std::uint64_t>(chunkSize, size - offset));
-        chunk.isLast = offset + chunk.inputSize == size;
-        if (Status status = readAll(source, offset, chunk.inputBuffer.get(), chunk.inputSize); !status.isOk())
+        if (Status status = chunk.load(source, offset, size); !status.isOk())
             return status;
-        result.crc = libdeflate_crc32(result.crc, chunk.inputBuffer.get(), chunk.inputSize);
+        result.crc = chunk.crcAfter(result.crc);
         chunk.compress(*ownCompressor);
-        offset += chunk.inputSize;
         if (!chunk.isValid)
             return Status("the compression failed");
         result.compressedSize += chunk.outputSize;
@@ -167,22 +180,22 @@ Status Deflater::deflateInParallel(Source& source, std::uint64_t size, const Sin
     std::uint64_t taken = 0;
     // After a failure, an exception of the sink's included, threads may still work on chunks, which the next
     // file wants.
-    const auto waitForAll = [&](void*) {
-        for (; taken < submitted; ++taken)
-            waitFor(chunkAt(taken));
-    };
-    const std::unique_ptr<void, decltype(waitForAll)> atEnd(this, waitForAll);
+    struct AtEnd {
+        Deflater& deflater;
+        std::uint64_t& taken;
+        ~AtEnd() {
+            for (; taken < deflater.submitted; ++taken)
+                deflater.waitFor(deflater.chunkAt(taken));
+        }
+    } const atEnd{*this, taken};
     Status status;
     while (status.isOk() && (offset < size || taken < submitted)) {
         if (offset < size && submitted - taken < chunks.size()) {
             Chunk& chunk = chunkAt(submitted);
-            chunk.inputSize = static_cast<std::size_t>(std::min<std::uint64_t>(chunkSize, size - offset));
-            chunk.isLast = offset + chunk.inputSize == size;
-            status = readAll(source, offset, chunk.inputBuffer.get(), chunk.inputSize);
+            status = chunk.load(source, offset, size);
             if (status.isOk()) {
-                offset += chunk.inputSize;
                 submitNext();
-                result.crc = libdeflate_crc32(result.crc, chunk.inputBuffer.get(), chunk.inputSize);
+                result.crc = chunk.crcAfter(result.crc);
             }
             continue;
         }

@@ -22,7 +22,8 @@ namespace bxzip {
 /// depend on the file's size: maxThreads threads need less than 70 MB. The cut depends on nothing but the
 /// file's size, so the result does not depend on the machine.
 ///
-/// Threads are started when the first file comes that has more than one chunk, and end with the object.
+/// Threads are started when the first file comes that has more than one chunk, as many as the system gives up
+/// to the number wanted, and end with the object. Without any the caller's thread does the work.
 /// Allocation failure throws std::bad_alloc; the object stays usable.
 class Deflater {
 public:
