@@ -23,7 +23,11 @@ std::size_t nameStart(const std::wstring& path) {
 std::wstring siblingPath(const std::wstring& path, const wchar_t* suffix, int number) {
     const std::wstring ending = (number > 1 ? L" (" + std::to_wstring(number) + L")" : L"") + suffix;
     const std::size_t start = nameStart(path);
-    return path.substr(0, start) + path.substr(start, maxNameLength - ending.size()) + ending;
+    std::wstring kept = path.substr(0, start) + path.substr(start, maxNameLength - ending.size());
+    // Half a character, which a cut may leave, is more than some programs can read.
+    if (kept.back() >= 0xD800 && kept.back() <= 0xDBFF)
+        kept.pop_back();
+    return kept + ending;
 }
 
 } // namespace

@@ -108,6 +108,14 @@ TEST_F(ArchiveFileTest, ShortensTheBackupsNameToWhatFileSystemsTake) {
     EXPECT_EQ(archive.close().backup, L"C:\\out\\" + std::wstring(251, L'n') + L".bak");
 }
 
+TEST_F(ArchiveFileTest, ShortensTheBackupsNameByWholeCharacters) {
+    const std::wstring cut = L"C:\\out\\" + std::wstring(250, L'n');
+    storage.put(cut + L"\xD83D\xDCC4.zi", "old");
+    ASSERT_TRUE(archive.create(cut + L"\xD83D\xDCC4.zi").isOk());
+    archive.setIncomplete();
+    EXPECT_EQ(archive.close().backup, cut + L".bak");
+}
+
 TEST_F(ArchiveFileTest, RemovesWhatACrashLeftInTheFolder) {
     storage.put(L"C:\\out\\~bxzip-1.tmp", "half an archive");
     storage.put(L"C:\\out\\~bxzip-207.tmp", "half of another one");
