@@ -1,11 +1,13 @@
 // Tests of the entries and the directory of an archive.
 #include "SorvaneBase/bxzip/ArchiveWriter.h"
+#include "framework/bxzip/MemoryPeak.h"
 #include "support/FaultyStorage.h"
 #include "support/MemoryStorage.h"
 #include "support/ZipParser.h"
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <limits>
 #include <memory>
 #include <optional>
@@ -297,6 +299,50 @@ TEST_P(EntryCountTest, NeedsTheLongEndRecordFromTheMarkerOn) {
 }
 
 INSTANTIATE_TEST_SUITE_P(AroundTheLimit, EntryCountTest, testing::Values(65534, 65535, 65536));
+
+/// Noise of any length, which fills the buffers of whoever packs it.
+class NoiseSource : public bxzip::Source {
+public:
+    explicit NoiseSource(std::uint64_t size) : size(size) {}
+
+    Status getState(bxzip::SourceState& state) override {
+        state = {size, 0, {}};
+        return {};
+    }
+    bool excludesWriters() const override { return true; }
+    Status read(std::uint64_t offset, void* buffer, std::size_t wanted, std::size_t& count) override {
+        memory.look();
+        count = static_cast<std::size_t>(std::min<std::uint64_t>(wanted, size - offset));
+        std::minstd_rand random(static_cast<unsigned>(offset) + 1);
+        std::generate_n(static_cast<char*>(buffer), count, [&] { return static_cast<char>(random() >> 8); });
+        return {};
+    }
+
+    MemoryPeak memory;
+
+private:
+    std::uint64_t size;
+};
+
+/// Takes everything and keeps nothing.
+class BottomlessOutput : public bxzip::Output {
+public:
+    Status write(std::uint64_t, const void*, std::size_t) override { return {}; }
+    Status setSize(std::uint64_t) override { return {}; }
+    Status flush() override { return {}; }
+    Status moveTo(const std::wstring&, bool) override { return {}; }
+    Status remove() override { return {}; }
+};
+
+TEST(ArchiveWriterMemoryTest, IsBoundedWhateverThePagesSize) {
+    BottomlessOutput nowhere;
+    bxzip::ArchiveWriter packing(nowhere, bxzip::Deflater::maxThreads);
+    constexpr std::uint64_t allBuffers = 2ull * bxzip::Deflater::maxThreads * bxzip::Deflater::chunkSize;
+    NoiseSource page(2 * allBuffers);
+    EXPECT_TRUE(packing.add("page", page).isOk());
+    EXPECT_GT(page.memory.growthInMb(), 16u) << "the buffers were not seen";
+    EXPECT_LT(page.memory.growthInMb(), 70u);
+}
 
 TEST_F(ArchiveWriterTest, SecuresRoomForTheDirectoryBeforeAnEntryCounts) {
     std::vector<std::string> added;

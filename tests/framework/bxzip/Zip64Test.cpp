@@ -1,5 +1,6 @@
 // Tests of archives at the size limits of the 32-bit format. They take minutes and are a target of their own.
 #include "SorvaneBase/bxzip/ArchiveWriter.h"
+#include "framework/bxzip/MemoryPeak.h"
 #include "support/MemoryStorage.h"
 #include "support/ZipParser.h"
 
@@ -23,12 +24,15 @@ public:
     }
     bool excludesWriters() const override { return true; }
     bxzip::Status read(std::uint64_t offset, void* buffer, std::size_t wanted, std::size_t& count) override {
+        memory.look();
         count = offset < size ? static_cast<std::size_t>(std::min<std::uint64_t>(wanted, size - offset)) : 0;
         std::fill_n(static_cast<char*>(buffer), count, '\0');
         if (offset < start.size())
             start.copy(static_cast<char*>(buffer), count, static_cast<std::size_t>(offset));
         return {};
     }
+
+    MemoryPeak memory;
 
 private:
     std::string_view start;
@@ -47,6 +51,7 @@ protected:
     void add(const std::string& name, std::string_view start, std::uint64_t size) {
         HugeSource source(start, size);
         ASSERT_TRUE(writer->add(name, source).isOk());
+        EXPECT_LT(source.memory.growthInMb(), 70u);
     }
 
     const test::ZipListing& finish() {
