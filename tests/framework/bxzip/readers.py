@@ -104,6 +104,21 @@ def check_contents():
         assert LIST[reader](archive) == list(contents), f"{reader}: the order differs"
 
 
+def check_backslashes():
+    """Readers keep a backslash in a name or take it for a separator; both find the pages."""
+    names = ["Skeny\\2024\\Strana_1.txt", "Skeny/2024\\Strana_2.txt"]
+    page = folder / "page0"
+    archive = folder / "backslashes.zip"
+    write(archive, *(word for name in names for word in (name, windows_path(page))))
+    assert zipfile.ZipFile(archive).namelist() == names
+    for reader, extract in EXTRACT.items():
+        target = folder / f"{reader} with backslashes"
+        target.mkdir()
+        extract(archive, target)
+        found = {name.replace("\\", "/"): content for name, content in tree(target).items()}
+        assert found == {name.replace("\\", "/"): page.read_bytes() for name in names}, f"{reader}: {found.keys()}"
+
+
 def check_counts():
     archive = folder / "count.zip"
     for count in (65534, 65535, 65536):
@@ -134,6 +149,7 @@ def check_sizes():
 shutil.rmtree(folder, ignore_errors=True)
 folder.mkdir(parents=True)
 check_contents()
+check_backslashes()
 if "READERS_AT_LIMITS" in os.environ:
     check_counts()
     check_sizes()
