@@ -5,6 +5,7 @@
 # machine's own package sources rarely list source packages: a copy of them that does is used for the one request.
 set -eu
 
+source=libdeflate=1.14-1
 archive=libdeflate_1.14.orig.tar.gz
 sha256=89e7df898c37c3427b0f39aadcf733731321a278771d20fc553f92da8d4808ac
 cache=${XDG_CACHE_HOME:-$HOME/.cache}/BasicExport
@@ -16,6 +17,11 @@ is_pinned() {
 if is_pinned "$cache/$archive"; then
     echo "$cache/$archive"
     exit 0
+fi
+
+if ! command -v apt-get >/dev/null; then
+    echo "fetch-libdeflate.sh: there is no apt-get; name an installed libdeflate with -DLIBDEFLATE_ROOT=FOLDER" >&2
+    exit 1
 fi
 
 work=$(mktemp -d)
@@ -37,7 +43,7 @@ apt() {
         -o Dir::State::Lists="$work/lists" -o Dir::Cache="$work/cache" -o APT::Sandbox::User=root "$@" >&2
 }
 apt update
-(cd "$work/download" && apt source --download-only --only-source libdeflate)
+(cd "$work/download" && apt source --download-only --only-source "$source")
 
 if ! is_pinned "$work/download/$archive"; then
     echo "fetch-libdeflate.sh: Debian's source package has no $archive with the expected content" >&2
