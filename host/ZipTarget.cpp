@@ -98,12 +98,11 @@ void ZipTarget::checkDone() const {
 
 std::optional<ZipTarget::FileAtPath> ZipTarget::fileAtPath() const {
     WIN32_FILE_ATTRIBUTE_DATA data{};
-    const auto identity = identityOf(archive);
-    if (!identity ||
-        !GetFileAttributesExW(bxdisk::File(archive).getPath().c_str(), GetFileExInfoStandard, &data))
+    if (!GetFileAttributesExW(bxdisk::File(archive).getPath().c_str(), GetFileExInfoStandard, &data))
         return std::nullopt;
     const ULARGE_INTEGER time{{data.ftLastWriteTime.dwLowDateTime, data.ftLastWriteTime.dwHighDateTime}};
-    return FileAtPath{*identity, time.QuadPart};
+    const ULARGE_INTEGER size{{data.nFileSizeLow, data.nFileSizeHigh}};
+    return FileAtPath{identityOf(archive), time.QuadPart, size.QuadPart};
 }
 
 std::string ZipTarget::destination() const {

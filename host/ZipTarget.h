@@ -31,8 +31,9 @@ public:
 private:
     /// The file at the archive's path, as opposed to another that takes its place.
     struct FileAtPath {
-        FileIdentity identity;
+        std::optional<FileIdentity> identity; ///< not every file system has them
         ULONGLONG lastWrite = 0;
+        ULONGLONG size = 0;
 
         friend bool operator==(const FileAtPath&, const FileAtPath&) = default;
     };
