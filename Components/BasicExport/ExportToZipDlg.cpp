@@ -46,7 +46,7 @@ void ExportToZipDlg::OnBnClickedBrowse() {
     // The kind that opens files, not the one that saves: without OFN_FILEMUSTEXIST it takes new names too.
     constexpr DWORD flags = OFN_HIDEREADONLY | OFN_OVERWRITEPROMPT;
     static_assert(flags == 6);
-    CFileDialog browse(TRUE, NULL, NULL, flags, NULL, NULL);
+    CFileDialog browse(TRUE, nullptr, nullptr, flags, nullptr, nullptr);
     if (browse.DoModal() == IDOK)
         pathEdit.SetWindowText(browse.GetPathName());
 }

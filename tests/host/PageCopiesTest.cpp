@@ -27,7 +27,7 @@ protected:
 
     static std::vector<std::string> contentsOf(const std::wstring& path) {
         std::string error;
-        const std::vector<std::string> contents = test::unpackZip(test::readFile(path), error);
+        std::vector<std::string> contents = test::unpackZip(test::readFile(path), error);
         EXPECT_EQ(error, "");
         return contents;
     }

@@ -66,7 +66,7 @@ protected:
         const TemporaryRoot root(folder.path());
         const std::wstring copy = addPageCopy();
         EXPECT_TRUE(CreateDirectoryW(left.c_str(), nullptr));
-        const std::wstring moved = left + copy.substr(root.path().size());
+        std::wstring moved = left + copy.substr(root.path().size());
         EXPECT_TRUE(MoveFileW(copy.substr(0, copy.find_last_of(L'\\')).c_str(),
                               moved.substr(0, moved.find_last_of(L'\\')).c_str()));
         return moved;
