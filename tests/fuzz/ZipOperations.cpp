@@ -157,7 +157,7 @@ std::string runZipOperations(const std::uint8_t* bytes, std::size_t size) {
     std::vector<std::wstring> names;
     for (const auto& [path, file] : disk.files)
         names.push_back(path.substr(path.rfind(L'\\') + 1));
-    const bool canRemove = plan.once && plan.operation != FaultPlan::Operation::Remove;
+    const bool canRemove = !fails || plan.operation != FaultPlan::Operation::Remove;
     if (fault.empty() && canRemove && job.leavesTemporaryFile(names))
         fault = "a temporary file was left";
     return fault;

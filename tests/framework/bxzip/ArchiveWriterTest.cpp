@@ -99,7 +99,7 @@ TEST_F(ArchiveWriterTest, NeedsNoMoreRoomThanAStoredPageTakes) {
     storage.capacity += content.size();
     std::unique_ptr<bxzip::Source> source;
     ASSERT_TRUE(storage.openSource(L"page", source).isOk());
-    EXPECT_TRUE(writer->add("page", *source).isOk());
+    ASSERT_TRUE(writer->add("page", *source).isOk());
     EXPECT_EQ(finish().items[0].method, 0);
 }
 

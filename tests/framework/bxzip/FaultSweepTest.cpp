@@ -168,7 +168,7 @@ protected:
             return "a failure without a cause";
         if (struck && !failed && !mayGoUnnoticed(plan, wasClosing))
             return "a failure that nobody heard of";
-        if (once && job.leavesTemporaryFile(run.list()))
+        if (job.leavesTemporaryFile(run.list()))
             return "a temporary file was left";
         return job.verdict([&](const std::wstring& path) { return run.read(path); }, !once);
     }
@@ -299,9 +299,7 @@ TEST_P(AllocationSweepTest, LosesNothing) {
         failed |= close(job);
         const auto read = [&](const std::wstring& path) { return run.read(path); };
         ASSERT_EQ(job.verdict(read, !once), "") << "number " << number;
-        if (once) {
-            ASSERT_FALSE(job.leavesTemporaryFile(run.list())) << "number " << number;
-        }
+        ASSERT_FALSE(job.leavesTemporaryFile(run.list())) << "number " << number;
         if (!faults.hasStruck()) {
             EXPECT_FALSE(failed);
             std::printf("%d runs\n", number);
