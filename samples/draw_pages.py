@@ -100,6 +100,14 @@ def noise(size, seed, strength, grain=1):
     return raw.point(lambda value: 128 + (value - 128) * strength // 128).resize(size, Image.Resampling.BILINEAR)
 
 
+def grained(page, seed, strength, grain=1, brightening=0):
+    """The page, grey or in colours, with grey noise in it."""
+    speckle = noise(page.size, seed, strength, grain)
+    if page.mode == "RGB":
+        speckle = Image.merge("RGB", (speckle, speckle, speckle))
+    return ImageChops.add(page, speckle, 1, brightening - 128)
+
+
 def scan(sheet, seed, angle, mode, grain=1.0, strength=26, dust=14):
     """What a scanner makes of the sheet: askew, a little soft, noisy in the ink, dust on the glass."""
     page = sheet.image.rotate(angle, Image.Resampling.BICUBIC, fillcolor=sheet.image.getpixel((3, 3)))
@@ -114,12 +122,8 @@ def scan(sheet, seed, angle, mode, grain=1.0, strength=26, dust=14):
         # The added noise frays the edges of the ink and leaves the white alone.
         frayed = ImageChops.add(page.convert("L"), noise(page.size, seed, 40), 1, -128)
         return frayed.point(lambda value: 255 if value > 140 else 0).convert("1", dither=Image.Dither.NONE)
-    page = page.convert(mode)
-    speckle = noise(page.size, seed, strength, grain)
     # Scanners set their white point below the paper's, which keeps the background clean.
-    if mode == "RGB":
-        speckle = Image.merge("RGB", (speckle, speckle, speckle))
-    return ImageChops.add(page, speckle, 1, -104)
+    return grained(page.convert(mode), seed, strength, grain, 24)
 
 
 def letterhead(sheet, colour=INK):
@@ -431,17 +435,21 @@ def save(name, image, dpi, **options):
     image.save(PAGES / name, dpi=(dpi, dpi), **options)
 
 
-G4 = {"compression": "group4"}
+def main():
+    g4 = {"compression": "group4"}
+    PAGES.mkdir(exist_ok=True)
+    save("Page 1.tif", scan(invoice_first(), 1, 0.4, "1"), 200, **g4)
+    save("Page 2.tif", scan(invoice_second(), 2, -0.6, "1"), 200, **g4)
+    save("Page 3.tif", scan(letter(), 3, 0.3, "L"), 100, compression="tiff_lzw")
+    save("Page 4.tif", scan(form(), 4, -0.3, "1"), 200, **g4)
+    save("Page 5.tif", scan(receipt(), 5, 0.9, "L"), 85)
+    save("Page 6.jpg", scan(album(), 6, 0.5, "RGB", 1.3, 20), 120, quality=72)
+    save("Page 7.png", scan(report(), 7, 0, "RGB", strength=10, dust=0).quantize(64, dither=Image.Dither.NONE), 110,
+         optimize=True)
+    save("Page 8.jpg", scan(memo(), 8, -0.8, "RGB", 1.5, 20), 120, quality=65)
+    save("Page 9.tif", scan(delivery_note(), 9, 0.7, "1"), 200, **g4)
+    save("Page 10.png", scan(sketch(), 10, -0.4, "1"), 150, optimize=True)
 
-PAGES.mkdir(exist_ok=True)
-save("Page 1.tif", scan(invoice_first(), 1, 0.4, "1"), 200, **G4)
-save("Page 2.tif", scan(invoice_second(), 2, -0.6, "1"), 200, **G4)
-save("Page 3.tif", scan(letter(), 3, 0.3, "L"), 100, compression="tiff_lzw")
-save("Page 4.tif", scan(form(), 4, -0.3, "1"), 200, **G4)
-save("Page 5.tif", scan(receipt(), 5, 0.9, "L"), 85)
-save("Page 6.jpg", scan(album(), 6, 0.5, "RGB", 1.3, 20), 120, quality=72)
-save("Page 7.png", scan(report(), 7, 0, "RGB", strength=10, dust=0).quantize(64, dither=Image.Dither.NONE), 110,
-     optimize=True)
-save("Page 8.jpg", scan(memo(), 8, -0.8, "RGB", 1.5, 20), 120, quality=65)
-save("Page 9.tif", scan(delivery_note(), 9, 0.7, "1"), 200, **G4)
-save("Page 10.png", scan(sketch(), 10, -0.4, "1"), 150, optimize=True)
+
+if __name__ == "__main__":
+    main()
