@@ -11,6 +11,9 @@
 
 #include <afxwin.h>
 
+#include <cstdint>
+#include <string>
+
 namespace {
 
 constexpr int DONE = 0;
@@ -67,7 +70,8 @@ int ExportToZip::exportData(void*, ExportErrorSink& errors) {
 
         std::wstring source;
         if (!page->getFilePath(source) && !page->createDataCopy(source, errors)) {
-            zip.setIncomplete();
+            // The writer has to learn that a page is missing, so that it keeps the archive it replaces.
+            zip.addItemFromFile(entryName, {});
             errors.reportError(SOURCE_FILE, LINE_DATA_COPY, "Failed to get data copy");
             return FAILED;
         }

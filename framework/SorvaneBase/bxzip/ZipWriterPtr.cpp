@@ -104,9 +104,4 @@ bool ZipWriterPtr::addItemFromFile(const Sorvane::u8string& entryName, const Sor
     return status.isOk();
 }
 
-void ZipWriterPtr::setIncomplete() {
-    if (state)
-        state->archive.setIncomplete();
-}
-
 } // namespace bxzip

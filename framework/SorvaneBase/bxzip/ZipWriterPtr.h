@@ -19,9 +19,10 @@ namespace bxzip {
 /// to the bytes.
 ///
 /// An existing file at the path stays untouched, and locked, until the archive is closed, and is replaced in
-/// one step then. When adding an entry failed, setIncomplete was called or an exception ended the export, it
-/// is kept beside the archive as NAME.bak ("NAME (2).bak" and so on when that is taken). What a crash leaves
-/// behind in a folder is removed when the next archive is created in it.
+/// one step then. When adding an entry failed or an exception ended the export, it is kept beside the archive
+/// as NAME.bak ("NAME (2).bak" and so on when that is taken). When the archive cannot be finished, the existing
+/// file stays; where there was none, what was written stays without a directory. What a crash leaves behind in
+/// a folder is removed when the next archive is created in it.
 ///
 /// Thread: one at a time; large files are compressed on threads of the object's own.
 /// Errors: nothing throws; each failure is logged with its cause and with the names of the files it left.
@@ -47,9 +48,6 @@ public:
     /// name that readers would lose: empty, ending with a separator, or used before. The archive stays as it
     /// was before the call, and a disk that is full cannot make it unreadable.
     bool addItemFromFile(const Sorvane::u8string& entryName, const Sorvane::u8string& filePath);
-
-    /// Declares that the archive will lack entries for a reason of the caller's.
-    void setIncomplete();
 
 private:
     struct State;
