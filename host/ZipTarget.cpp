@@ -11,6 +11,7 @@
 
 #include <windows.h>
 
+#include <string_view>
 #include <utility>
 
 namespace host {
@@ -21,6 +22,19 @@ using namespace zipDialog;
 std::wstring folderOf(const std::wstring& path) {
     const std::wstring full = fullPathOf(path);
     return full.substr(0, full.find_last_of(L'\\') + 1);
+}
+
+/// Whether the file ends with the record that readers look for first and that is written last.
+bool endsAsArchive(const std::wstring& path) {
+    constexpr LONG recordSize = 22;
+    const UniqueHandle file(CreateFileW(path.c_str(), GENERIC_READ,
+                                        FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+                                        OPEN_EXISTING, 0, nullptr));
+    char signature[4] = {};
+    DWORD count = 0;
+    return file && SetFilePointer(file.get(), -recordSize, nullptr, FILE_END) != INVALID_SET_FILE_POINTER &&
+           ReadFile(file.get(), signature, sizeof signature, &count, nullptr) &&
+           std::string_view(signature, count) == "PK\x05\x06";
 }
 
 } // namespace
@@ -94,6 +108,8 @@ void ZipTarget::checkDone() const {
     const auto now = fileAtPath();
     if (!now || now == before)
         throw HostError("The new archive could not be put at " + destination() + "; the log says why.");
+    if (!endsAsArchive(bxdisk::File(archive).getPath()))
+        throw HostError("The archive " + destination() + " could not be finished; the log says why.");
 }
 
 std::optional<ZipTarget::FileAtPath> ZipTarget::fileAtPath() const {

@@ -299,20 +299,34 @@ TEST_F(ZipTargetTest, AnArchiveThatCannotTakeItsPlaceAtTheEndIsNotCalledDone) {
     EXPECT_EQ(test::readFile(archive), "old");
 }
 
+/// The record at the end of an archive that says where its directory is.
+std::string endRecord() {
+    return "PK\x05\x06" + std::string(18, '\0');
+}
+
 TEST_F(ZipTargetTest, OnlyANewFileAtThePathCountsAsDone) {
     host::ZipTarget target({archive, L""});
     target.beforeExport();
     EXPECT_THROW(target.checkDone(), host::HostError) << "there is none";
 
-    folder.write(L"skeny.zip", "new");
+    folder.write(L"skeny.zip", endRecord());
     EXPECT_NO_THROW(target.checkDone());
 
     target.beforeExport();
     EXPECT_THROW(target.checkDone(), host::HostError) << "it is the one from before";
 
-    ASSERT_TRUE(
-        MoveFileExW(folder.write(L"next.zip", "next").c_str(), archive.c_str(), MOVEFILE_REPLACE_EXISTING));
+    ASSERT_TRUE(MoveFileExW(folder.write(L"next.zip", "next" + endRecord()).c_str(), archive.c_str(),
+                            MOVEFILE_REPLACE_EXISTING));
     EXPECT_NO_THROW(target.checkDone());
+}
+
+TEST_F(ZipTargetTest, AnArchiveWithoutItsEndIsNotCalledDone) {
+    host::ZipTarget target({archive, L""});
+    target.beforeExport();
+    for (const std::string& content : {std::string(), endRecord().substr(1), "page" + endRecord() + "x"}) {
+        folder.write(L"skeny.zip", content);
+        EXPECT_THROW(target.checkDone(), host::HostError) << content.size() << " bytes";
+    }
 }
 
 // A person in the dialog.
