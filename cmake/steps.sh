@@ -1,4 +1,4 @@
-# Steps that ./run and ./test share; sourced by them.
+# Steps that ./run, ./test and the benchmarks share; sourced by them.
 set -euo pipefail
 export LC_ALL=C.UTF-8
 root=$(dirname "$(dirname "$(realpath "${BASH_SOURCE[0]}")")")

@@ -69,7 +69,7 @@ public:
     bool isLocked = true;
 
     Status getState(SourceState& state) override {
-        // GetFileInformationByHandle would also ask for the volume, which takes Wine longer than a small page.
+        // GetFileInformationByHandle also asks for the volume, which takes Wine longer than to pack a small page.
         LARGE_INTEGER size;
         FILETIME written;
         if (!GetFileSizeEx(file.get(), &size) || !GetFileTime(file.get(), nullptr, nullptr, &written))
