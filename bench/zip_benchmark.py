@@ -86,11 +86,14 @@ class Archivers:
             return ["bsdtar", "--format", "zip", "-cf", archive, "."]
         return [*self.wine, self.seven_zip, "a", "-tzip", f"Z:{archive}", "."]
 
-    def run(self, name, archive, pages, watch_memory=False):
-        """Starts from an idle disk. The Wine session, which would have ended meanwhile, is there already."""
+    def prepare(self, archive):
+        """Makes the disk idle, and starts the Wine session, should it have ended meanwhile."""
         archive.unlink(missing_ok=True)
         os.sync()
         self.run_in_wine("cmd.exe", "/c", "exit")
+
+    def run(self, name, archive, pages, watch_memory=False):
+        self.prepare(archive)
         return Run(self.command(name, archive, pages), pages, watch_memory)
 
     def run_in_wine(self, *command):
@@ -123,13 +126,14 @@ def measure_set(archivers, pages, archive, rounds, title):
     seconds = {name: [] for name in archivers.names}
     sizes = {}
     for number in range(rounds):
-        print(f"{pages.name}: round {number + 1} of {rounds}", file=sys.stderr)
         first = number % len(archivers.names)
         for name in archivers.names[first:] + archivers.names[:first]:
             seconds[name].append(archivers.run(name, archive, pages).seconds)
             if name not in sizes:
                 check(archive, name, expected)
                 sizes[name] = archive.stat().st_size
+        print(f"{pages.name}, round {number + 1} of {rounds}, seconds: "
+              + ", ".join(f"{name} {values[-1]:.2f}" for name, values in seconds.items()), file=sys.stderr)
     memory = archivers.run(OURS, archive, pages, watch_memory=True)
     archive.unlink()
 
@@ -153,12 +157,13 @@ def measure_starts(archivers, page, archive, rounds):
         archivers.run(name, archive, page_folder)
         check(archive, name, [checksum(page)])
 
-    starts = {"Wine's cmd.exe": [], f"{OURS} --version": [], f"{OURS}, one page": []}
-    for _ in range(max(5, rounds)):
-        times = (archivers.run_in_wine("cmd.exe", "/c", "exit"), archivers.run_in_wine(archivers.program, "--version"),
-                 archivers.run(OURS, archive, page_folder))
-        for values, run in zip(starts.values(), times):
-            values.append(run.seconds)
+    commands = {"Wine's cmd.exe": ["cmd.exe", "/c", "exit"], f"{OURS} --version": [archivers.program, "--version"]}
+    starts = {name: [] for name in (*commands, f"{OURS}, one page")}
+    for _ in range(max(9, rounds)):
+        for name, command in commands.items():
+            archivers.prepare(archive)
+            starts[name].append(archivers.run_in_wine(*command).seconds)
+        starts[f"{OURS}, one page"].append(archivers.run(OURS, archive, page_folder).seconds)
     one_page = archivers.run(OURS, archive, page_folder, watch_memory=True)
     archive.unlink()
     print("From start to end: " + "; ".join(f"{name} {1000 * statistics.median(values):.0f} ms"
