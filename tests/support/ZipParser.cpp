@@ -4,6 +4,7 @@
 #include <zlib.h>
 
 #include <algorithm>
+#include <chrono>
 #include <cstring>
 #include <memory>
 #include <set>
@@ -22,6 +23,8 @@ void require(bool condition, const std::string& text) {
 
 constexpr std::uint64_t marker16 = 0xFFFF;
 constexpr std::uint64_t marker32 = 0xFFFFFFFF;
+constexpr std::uint16_t madeBy = 10 << 8 | 63; ///< version 6.3, which knows UTF-8, on Windows with NTFS
+constexpr std::uint32_t archiveAttribute = 0x20;
 
 /// Little-endian fields, one after the other.
 class Fields {
@@ -76,8 +79,14 @@ bool isUtf8(std::string_view text) {
 
 bool isTime(std::uint32_t dosTime) {
     const auto bits = [&](int shift, int width) { return dosTime >> shift & ((1u << width) - 1); };
-    return bits(21, 4) >= 1 && bits(21, 4) <= 12 && bits(16, 5) >= 1 && bits(11, 5) < 24 && bits(5, 6) < 60 &&
-           bits(0, 5) < 30;
+    const std::chrono::year_month_day date(std::chrono::year(1980 + static_cast<int>(bits(25, 7))),
+                                           std::chrono::month(bits(21, 4)), std::chrono::day(bits(16, 5)));
+    return date.ok() && bits(11, 5) < 24 && bits(5, 6) < 60 && bits(0, 5) < 30;
+}
+
+/// A folder's name ends with a separator, and readers cut a name at a NUL.
+bool isFileName(const std::string& name) {
+    return !name.empty() && name.back() != '/' && name.back() != '\\' && name.find('\0') == std::string::npos;
 }
 
 class Parser {
@@ -150,7 +159,7 @@ private:
         const std::string record = load(offset, 56);
         Fields fields(record);
         require(fields.take32() == 0x06064B50 && fields.take64() == 44, "no 64-bit end record");
-        fields.take16();
+        require(fields.take16() == madeBy, "the 64-bit end record was made by another version");
         require(fields.take16() == 45, "the 64-bit end record needs another version");
         require(fields.take32() == 0 && fields.take32() == 0, "several disks");
         const std::uint64_t countHere = fields.take64();
@@ -175,7 +184,7 @@ private:
     static ZipItem readDirectoryEntry(Fields& fields, const std::string& where) {
         ZipItem item;
         require(fields.take32() == 0x02014B50, where + "no signature");
-        require(fields.take16() >> 8 == 10, where + "not made on Windows with NTFS");
+        require(fields.take16() == madeBy, where + "made by another version");
         item.versionNeeded = fields.take16();
         require(fields.take16() == 1 << 11, where + "flags other than UTF-8");
         item.method = fields.take16();
@@ -190,10 +199,11 @@ private:
         require(fields.take16() == 0, where + "a comment");
         require(fields.take16() == 0, where + "another disk");
         require(fields.take16() == 0, where + "internal attributes");
-        item.attributes = fields.take32();
+        require(fields.take32() == archiveAttribute, where + "not marked as an archived file");
         item.offset = fields.take32();
         item.name = fields.text(nameSize);
-        require(!item.name.empty() && isUtf8(item.name), where + "the name is not UTF-8");
+        require(isUtf8(item.name), where + "the name is not UTF-8");
+        require(isFileName(item.name), where + "the name is not one of a file");
 
         Fields extra(fields.text(extraSize));
         item.isZip64 = !extra.isEmpty();
@@ -205,6 +215,7 @@ private:
                 *value = extra.take64();
                 require(*value >= marker32, where + "a 64-bit value without need");
             }
+            require(extraSize > 4, where + "a 64-bit record without need");
             require(extra.isEmpty(), where + "more 64-bit values than marked fields");
         } else {
             require(item.size < marker32 && item.compressedSize < marker32 && item.offset < marker32,
@@ -244,7 +255,8 @@ private:
         }
         require(size == item.size && compressedSize == item.compressedSize, where + "the sizes differ");
         item.dataOffset = item.offset + 30 + nameSize + extraSize;
-        require(item.dataOffset + compressedSize <= directoryOffset, where + "runs into the directory");
+        require(item.dataOffset <= directoryOffset && compressedSize <= directoryOffset - item.dataOffset,
+                where + "runs into the directory");
         return item.dataOffset;
     }
 

@@ -18,7 +18,6 @@ struct ZipItem {
     std::uint64_t compressedSize = 0;
     std::uint64_t size = 0;
     std::uint64_t offset = 0;
-    std::uint32_t attributes = 0;
     bool isZip64 = false; ///< its directory entry has the 64-bit record
     std::uint64_t dataOffset = 0;
 };
@@ -40,9 +39,10 @@ struct ZipBytes {
 using ZipContentSink = std::function<void(std::size_t item, const char* bytes, std::size_t size)>;
 
 /// Checks that entries lie one behind the other from the first byte on, that both headers of each agree, that
-/// sizes, offsets and checksums are right, that every stream ends where its size says, that names are unique
-/// and UTF-8 and marked so, that there are no data descriptors, comments or unknown records, that a deflated
-/// entry is smaller than its content, and that 64-bit records are there exactly where a value needs them.
+/// sizes, offsets and checksums are right, that every stream ends where its size says, that names are unique,
+/// of files, and UTF-8 and marked so, that times exist, that there are no data descriptors, comments or unknown
+/// records, that a deflated entry is smaller than its content, that 64-bit records are there exactly where a value
+/// needs them, and that everything else has the one value that an archive made on Windows has.
 ZipListing parseZip(const ZipBytes& bytes, const ZipContentSink& content = {});
 ZipListing parseZip(const std::string& bytes, const ZipContentSink& content = {});
 

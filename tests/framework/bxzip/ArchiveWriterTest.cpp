@@ -165,11 +165,6 @@ TEST_F(ArchiveWriterTest, RefusesNamesThatReadersWouldLose) {
     EXPECT_THAT(contents, ElementsAre("1", "8"));
 }
 
-TEST_F(ArchiveWriterTest, MarksEntriesAsArchivedFiles) {
-    ASSERT_TRUE(add("page", "1"));
-    EXPECT_EQ(finish().items[0].attributes, 0x20u);
-}
-
 TEST_F(ArchiveWriterTest, CanGoOnAfterBeingFinished) {
     ASSERT_TRUE(add("a", std::string(1000, 'a')));
     finish();
