@@ -2,9 +2,6 @@
 #include "ZipExportFixture.h"
 
 #include "bxbase/ReferencedImpl.h"
-#include "support/ZipParser.h"
-
-#include <algorithm>
 
 ZipExportFixture::ZipExportFixture() : engine(new bxbase::ReferencedImpl<OpenZipEngine>) {
     engine->targetPath = target.utf8() + "\\scans.zip";
@@ -26,21 +23,6 @@ test::TestPage& ZipExportFixture::addPageWithoutFile(std::optional<std::string> 
     test::TestPage& page = pages.emplace_back("page.tif", std::move(bytes), temporaryCopy);
     engine->addData(&page);
     return page;
-}
-
-ZipExportFixture::Entries ZipExportFixture::entriesOf(const std::wstring& path) {
-    Entries entries;
-    std::vector<std::string> contents;
-    const test::ZipListing listing =
-        test::parseZip(test::readFile(path), [&](std::size_t item, const char* bytes, std::size_t size) {
-            contents.resize(std::max(contents.size(), item + 1));
-            contents[item].append(bytes, size);
-        });
-    EXPECT_EQ(listing.error, "");
-    contents.resize(listing.items.size());
-    for (std::size_t i = 0; i < contents.size(); ++i)
-        entries.emplace_back(listing.items[i].name, contents[i]);
-    return entries;
 }
 
 std::vector<std::string> ZipExportFixture::entryNames() const {

@@ -6,13 +6,13 @@
 #include "bxbase/Reference.h"
 #include "support/TempFolder.h"
 #include "support/TestPage.h"
+#include "support/ZipParser.h"
 
 #include <gmock/gmock.h>
 
 #include <list>
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
 /// The engine with its settings open, as a confirmed dialog would fill them.
@@ -25,8 +25,6 @@ public:
 /// An engine with the prefix "Scan_" that writes the archive "scans.zip" in an empty folder.
 class ZipExportFixture : public testing::Test {
 protected:
-    using Entries = std::vector<std::pair<std::string, std::string>>;
-
     ZipExportFixture();
 
     /// A page whose data lies in a file of its own.
@@ -38,9 +36,8 @@ protected:
 
     int run() { return engine->exportData(nullptr, errors); }
 
-    /// Names and contents of the entries of an archive, which must stand up to the strict parser.
-    static Entries entriesOf(const std::wstring& path);
-    Entries entries() const { return entriesOf(target / L"scans.zip"); }
+    /// What the archive holds.
+    test::ZipEntries entries() const { return test::zipEntries(test::readFile(target / L"scans.zip")); }
     std::vector<std::string> entryNames() const;
 
     /// Expects exactly this report.

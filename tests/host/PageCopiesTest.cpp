@@ -16,6 +16,7 @@ namespace {
 
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::Pair;
 using testing::SizeIs;
 
 class PageCopiesTest : public testing::Test {
@@ -23,13 +24,6 @@ protected:
     unsigned run(std::vector<std::wstring> arguments) {
         arguments.insert(arguments.begin(), {temporary.path(), archive});
         return runProgram(L"CopyingHost.exe", arguments).exitCode;
-    }
-
-    static std::vector<std::string> contentsOf(const std::wstring& path) {
-        std::string error;
-        std::vector<std::string> contents = test::unpackZip(test::readFile(path), error);
-        EXPECT_EQ(error, "");
-        return contents;
     }
 
     /// The copies of pages that a killed host left in its root, sorted.
@@ -48,7 +42,8 @@ protected:
 
 TEST_F(PageCopiesTest, AreGoneWhenTheHostHasEnded) {
     EXPECT_EQ(run({L"3"}), 0u);
-    EXPECT_THAT(contentsOf(archive), ElementsAre("page 1", "page 2", "page 3"));
+    EXPECT_THAT(test::zipEntries(test::readFile(archive)),
+                ElementsAre(Pair("1.txt", "page 1"), Pair("2.txt", "page 2"), Pair("3.txt", "page 3")));
     EXPECT_THAT(temporary.list(), IsEmpty());
 }
 
@@ -62,7 +57,8 @@ TEST_F(PageCopiesTest, OfAKilledHostAreGoneAfterTheNextStart) {
     EXPECT_EQ(run({L"2"}), 0u);
 
     EXPECT_THAT(temporary.list(), IsEmpty());
-    EXPECT_THAT(contentsOf(archive), ElementsAre("page 1", "page 2"));
+    EXPECT_THAT(test::zipEntries(test::readFile(archive)),
+                ElementsAre(Pair("1.txt", "page 1"), Pair("2.txt", "page 2")));
     EXPECT_THAT(target.list(), ElementsAre(L"scans.zip"));
 }
 

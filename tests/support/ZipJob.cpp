@@ -1,9 +1,8 @@
 // Drives an archive from creation to closing and judges what is left on the disk. Portable.
 #include "support/ZipJob.h"
 
-#include "support/ZipParser.h"
-
 #include <algorithm>
+#include <stdexcept>
 
 namespace test {
 
@@ -93,20 +92,19 @@ bool ZipJob::leavesTemporaryFile(const std::vector<std::wstring>& names) const {
 }
 
 std::string ZipJob::archiveFault(const std::string& bytes) const {
-    std::vector<std::string> contents(expected.size());
-    const ZipListing listing = parseZip(bytes, [&](std::size_t item, const char* data, std::size_t size) {
-        if (item < contents.size())
-            contents[item].append(data, size);
-    });
-    if (!listing.error.empty())
-        return listing.error;
-    if (listing.items.size() != expected.size())
-        return "the archive has " + std::to_string(listing.items.size()) + " entries instead of " +
+    ZipEntries entries;
+    try {
+        entries = zipEntries(bytes);
+    } catch (const std::runtime_error& error) {
+        return error.what();
+    }
+    if (entries.size() != expected.size())
+        return "the archive has " + std::to_string(entries.size()) + " entries instead of " +
                std::to_string(expected.size());
     for (std::size_t i = 0; i < expected.size(); ++i) {
-        if (listing.items[i].name != expected[i].first)
+        if (entries[i].first != expected[i].first)
             return "entry " + std::to_string(i) + " has another name";
-        if (contents[i] != expected[i].second)
+        if (entries[i].second != expected[i].second)
             return "entry " + std::to_string(i) + " has another content";
     }
     return {};

@@ -3,11 +3,11 @@
 
 #include "SorvaneBase/bxzip/ArchiveFile.h"
 #include "support/AllocationFaults.h"
+#include "support/ZipParser.h"
 
 #include <functional>
 #include <optional>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace test {
@@ -53,7 +53,7 @@ private:
     std::optional<std::string> old;
     bool created = false;
     bool complete = true;
-    std::vector<std::pair<std::string, std::string>> expected; ///< names and contents
+    ZipEntries expected;
     bxzip::ArchiveFile::Outcome result;
 };
 

@@ -8,6 +8,7 @@
 #include <cstring>
 #include <memory>
 #include <set>
+#include <stdexcept>
 
 namespace test {
 namespace {
@@ -345,15 +346,19 @@ ZipListing parseZip(const std::string& bytes, const ZipContentSink& content) {
         content);
 }
 
-std::vector<std::string> unpackZip(const std::string& bytes, std::string& error) {
+ZipEntries zipEntries(const std::string& bytes) {
     std::vector<std::string> contents;
     const ZipListing listing = parseZip(bytes, [&](std::size_t item, const char* data, std::size_t size) {
         contents.resize(std::max(contents.size(), item + 1));
         contents[item].append(data, size);
     });
+    if (!listing.error.empty())
+        throw std::runtime_error("a bad archive: " + listing.error);
     contents.resize(listing.items.size());
-    error = listing.error;
-    return contents;
+    ZipEntries entries;
+    for (std::size_t i = 0; i < contents.size(); ++i)
+        entries.emplace_back(listing.items[i].name, std::move(contents[i]));
+    return entries;
 }
 
 } // namespace test

@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <functional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace test {
@@ -46,7 +47,10 @@ using ZipContentSink = std::function<void(std::size_t item, const char* bytes, s
 ZipListing parseZip(const ZipBytes& bytes, const ZipContentSink& content = {});
 ZipListing parseZip(const std::string& bytes, const ZipContentSink& content = {});
 
-/// The contents of a small archive in their order; the listing's error goes to `error`.
-std::vector<std::string> unpackZip(const std::string& bytes, std::string& error);
+/// Names and contents.
+using ZipEntries = std::vector<std::pair<std::string, std::string>>;
+
+/// The entries of a small archive in their order. Throws std::runtime_error, which tells the fault, for a bad one.
+ZipEntries zipEntries(const std::string& bytes);
 
 } // namespace test

@@ -173,7 +173,7 @@ TEST_F(ArchiveFileTest, IsPutAsideWhenItCannotTakeItsPlace) {
         const auto outcome = stuckArchive.close();
         EXPECT_FALSE(outcome.status.isOk());
         EXPECT_EQ(outcome.aside, target + L" (2).new");
-        EXPECT_EQ(test::parseZip(stuck.get(outcome.aside)).items.size(), 1u);
+        EXPECT_EQ(test::zipEntries(stuck.get(outcome.aside)).size(), 1u);
         EXPECT_EQ(stuck.get(incomplete ? outcome.backup : target), "old");
         EXPECT_EQ(stuck.get(target + L".new"), "from another time");
     }

@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <functional>
 #include <optional>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -206,9 +207,8 @@ constexpr char badName[] = "directory entry 0: the name is not UTF-8";
 constexpr char noFileName[] = "directory entry 0: the name is not one of a file";
 
 TEST(ZipParserTest, ReadsASoundArchive) {
-    std::string error;
-    EXPECT_EQ(test::unpackZip(soundArchive().bytes(), error), (std::vector<std::string>{"content", text()}));
-    EXPECT_EQ(error, "");
+    EXPECT_EQ(test::zipEntries(soundArchive().bytes()),
+              (test::ZipEntries{{"a.txt", "content"}, {"b.txt", text()}}));
 }
 
 TEST(ZipParserTest, FindsWhatIsWrongWithTheEndOrBetweenTheParts) {
@@ -435,6 +435,10 @@ TEST(ZipParserTest, FindsWhatIsWrongWithThe64BitEnd) {
           "the 64-bit locator is wrong"},
          {"several disks", [](Archive& a) { a.longEnd->disks = 2; }, "the 64-bit locator is wrong"}},
         withEntries);
+}
+
+TEST(ZipParserTest, GivesNoEntriesOfABadArchive) {
+    EXPECT_THROW(test::zipEntries("PK"), std::runtime_error);
 }
 
 TEST(ZipParserTest, FindsEveryCut) {
