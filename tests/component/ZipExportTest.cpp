@@ -3,7 +3,7 @@
 
 #include "SorvaneBase/Conversions.h"
 #include "bxbase/ReferencedImpl.h"
-#include "host/UniqueHandle.h"
+#include "support/OpenFile.h"
 
 #include <windows.h>
 
@@ -141,8 +141,7 @@ TEST_F(ZipExportTest, ReplacesAnExistingArchive) {
 TEST_F(ZipExportTest, IsClosedWhenTheExportReturns) {
     addPages(1);
     EXPECT_EQ(run(), 0);
-    EXPECT_TRUE(host::UniqueHandle(CreateFileW((target / L"scans.zip").c_str(), GENERIC_READ | GENERIC_WRITE,
-                                               0, nullptr, OPEN_EXISTING, 0, nullptr)));
+    const test::OpenFile openForNobodyElse(target / L"scans.zip", GENERIC_READ | GENERIC_WRITE);
 }
 
 // Where the data comes from.
@@ -258,8 +257,7 @@ INSTANTIATE_TEST_SUITE_P(
 
 TEST_F(ZipExportTest, LockedArchiveIsReported) {
     const std::wstring path = target.write(L"scans.zip", "old");
-    const host::UniqueHandle lock(
-        CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
+    const test::OpenFile lock(path, GENERIC_READ, FILE_SHARE_READ);
     addPages(1);
     EXPECT_EQ(run(), 1);
     expectReport(56, "Failed to create zip file");

@@ -6,7 +6,7 @@
 #include "host/HostError.h"
 #include "host/TemporaryRoot.h"
 #include "host/Text.h"
-#include "host/UniqueHandle.h"
+#include "support/OpenFile.h"
 #include "support/TempFolder.h"
 
 #include <gmock/gmock.h>
@@ -114,9 +114,7 @@ TEST_F(FilePageTest, RefusesAnEmptyFile) {
 
 TEST_F(FilePageTest, RefusesALockedFile) {
     const std::wstring file = folder.write(L"a.tif", "data");
-    const host::UniqueHandle lock(
-        CreateFileW(file.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr));
-    ASSERT_TRUE(lock);
+    const test::OpenFile lock(file);
 
     EXPECT_EQ(refusalOf(file),
               "The page " + utf8(file) + " cannot be exported: another program is using it.");

@@ -4,7 +4,7 @@
 #include "host/DialogPilot.h"
 #include "host/FakeConsole.h"
 #include "host/ScanExport.h"
-#include "host/UniqueHandle.h"
+#include "support/OpenFile.h"
 #include "support/ScopedRegistryKey.h"
 #include "support/TempFolder.h"
 
@@ -29,18 +29,6 @@ inline std::wstring programFolder() {
     GetModuleFileNameW(nullptr, path, MAX_PATH);
     return std::wstring(path).substr(0, std::wstring(path).find_last_of(L'\\'));
 }
-
-/// Keeps others away from a file, as a program that has it open would.
-class Lock {
-public:
-    explicit Lock(const std::wstring& path)
-        : file(CreateFileW(path.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr)) {
-        EXPECT_TRUE(file) << "cannot lock";
-    }
-
-private:
-    host::UniqueHandle file;
-};
 
 /// Acts from another thread on the dialog that the program leaves to a person. A dialog that does not come up
 /// filled in, or stays after the act, fails the test and is cancelled.

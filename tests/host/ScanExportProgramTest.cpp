@@ -3,9 +3,9 @@
 #include "host/CurrentDirectory.h"
 #include "host/HostApplication.h"
 #include "host/Text.h"
-#include "host/UniqueHandle.h"
 #include "host/VisibleDesktop.h"
 #include "support/ChildProcess.h"
+#include "support/OpenFile.h"
 #include "support/ScopedRegistryKey.h"
 #include "support/ScopedVariable.h"
 #include "support/TempFolder.h"
@@ -205,9 +205,7 @@ TEST_F(ScanExportProgramTest, LogsWhatTheEngineReports) {
     addPage(L"a.tif", "old");
     ASSERT_EQ(exportTo(out, {pages}).exitCode, 0u);
     {
-        const host::UniqueHandle lock(CreateFileW((out + L"\\Faktura001.tif").c_str(), GENERIC_READ, 0,
-                                                  nullptr, OPEN_EXISTING, 0, nullptr));
-        ASSERT_TRUE(lock);
+        const test::OpenFile lock(out + L"\\Faktura001.tif");
         EXPECT_EQ(exportTo(out, {L"--overwrite=yes", pages}).exitCode, 1u);
     }
     EXPECT_EQ(outFile(L"Faktura001.tif"), "old");

@@ -9,7 +9,7 @@
 namespace {
 
 using host::utf8;
-using test::Lock;
+using test::OpenFile;
 using test::Person;
 using testing::AllOf;
 using testing::ElementsAre;
@@ -300,7 +300,7 @@ TEST_F(ScanExportTest, APageThatVanishesEndsTheExportWithItsName) {
 TEST_F(ScanExportTest, APageThatGetsLockedEndsTheExportWithItsName) {
     addPage(L"a.tif");
     const std::wstring b = addPage(L"b.tif");
-    std::optional<Lock> lock;
+    std::optional<OpenFile> lock;
     whenAtPage(2, [&] { lock.emplace(b); });
 
     EXPECT_EQ(exportScans({pages}), 1);
@@ -314,7 +314,7 @@ TEST_F(ScanExportTest, ALockedTargetKeepsItsContent) {
     ASSERT_EQ(exportScans({pages}), 0);
     addPage(L"a.tif", "new");
     {
-        const Lock lock(out + L"\\Scan001.tif");
+        const OpenFile lock(out + L"\\Scan001.tif");
         EXPECT_EQ(exportScans({L"--overwrite=yes", pages}), 1);
     }
     EXPECT_EQ(outFile(L"Scan001.tif"), "old");
@@ -324,7 +324,7 @@ TEST_F(ScanExportTest, ALockedTargetKeepsItsContent) {
 
 TEST_F(ScanExportTest, AFailureIsToldInOneSentenceWhateverTheLanguageOfTheDialogs) {
     const std::wstring a = addPage(L"a.tif");
-    std::optional<Lock> lock;
+    std::optional<OpenFile> lock;
     whenAtPage(1, [&] { lock.emplace(a); });
 
     EXPECT_EQ(host::runScanExport({L"--lang=cs", L"--to-dir", out, L"--prefix=Scan", L"--digits=3", a},

@@ -5,6 +5,7 @@
 #include "host/HostError.h"
 #include "host/Text.h"
 #include "host/UniqueHandle.h"
+#include "support/OpenFile.h"
 #include "support/TempFolder.h"
 
 #include <gmock/gmock.h>
@@ -70,11 +71,6 @@ protected:
         EXPECT_TRUE(MoveFileW(copy.substr(0, copy.find_last_of(L'\\')).c_str(),
                               moved.substr(0, moved.find_last_of(L'\\')).c_str()));
         return moved;
-    }
-
-    static host::UniqueHandle openForReading(const std::wstring& path) {
-        return host::UniqueHandle(
-            CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ, nullptr, OPEN_EXISTING, 0, nullptr));
     }
 
     static bool exists(const std::wstring& path) {
@@ -149,12 +145,12 @@ TEST_F(TemporaryRootTest, RemovesCopiesOfReadOnlyPages) {
 
 TEST_F(TemporaryRootTest, KeepsNothingButTheFileThatAProgramHoldsOpen) {
     std::vector<std::wstring> copies;
-    std::optional<host::UniqueHandle> reader;
+    std::optional<test::OpenFile> reader;
     {
         const TemporaryRoot root(folder.path());
         for (int count = 0; count < 3; ++count)
             copies.push_back(addPageCopy());
-        reader.emplace(openForReading(copies[1]));
+        reader.emplace(copies[1], GENERIC_READ, FILE_SHARE_READ);
     }
     EXPECT_FALSE(exists(copies[0]));
     EXPECT_TRUE(exists(copies[1]));
@@ -165,7 +161,7 @@ TEST_F(TemporaryRootTest, TriesAgainToRemoveACopyOfAPageThatWasOpen) {
     const std::wstring copy = leavePageCopy();
     leave(endedRun() + L"\\export-mail-12-2", std::chrono::hours(23));
     {
-        const host::UniqueHandle reader = openForReading(copy);
+        const test::OpenFile reader(copy, GENERIC_READ, FILE_SHARE_READ);
         const TemporaryRoot root(folder.path());
         EXPECT_TRUE(exists(copy));
     }

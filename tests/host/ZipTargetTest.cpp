@@ -14,7 +14,7 @@ namespace {
 using host::utf8;
 using host::zipDialog::pathEdit;
 using host::zipDialog::prefixEdit;
-using test::Lock;
+using test::OpenFile;
 using test::Person;
 using testing::AllOf;
 using testing::ElementsAre;
@@ -191,7 +191,7 @@ TEST_F(ZipTargetTest, ALockedArchiveIsNamedAndKept) {
     addPage(L"a.tif");
     folder.write(L"skeny.zip", "old");
     {
-        const Lock lock(archive);
+        const OpenFile lock(archive);
         EXPECT_EQ(pack({pages}), 1);
     }
     EXPECT_EQ(console.errors, "scanexport: The target " + utf8(archive) +
@@ -215,7 +215,7 @@ TEST_F(ZipTargetTest, AReadOnlyArchiveIsNamedAndKept) {
 TEST_F(ZipTargetTest, AnArchiveThatGetsLockedAfterTheCheckIsNamed) {
     addPage(L"a.tif");
     folder.write(L"skeny.zip", "old");
-    std::optional<Lock> lock;
+    std::optional<OpenFile> lock;
     console.answers = {"y"};
     console.onAsk = [&] { lock.emplace(archive); };
 
@@ -247,7 +247,7 @@ TEST_F(ZipTargetTest, APageThatVanishesEndsTheExportWithItsNameAndTheEntriesSoFa
 TEST_F(ZipTargetTest, APageThatGetsLockedEndsTheExportWithItsName) {
     addPage(L"a.tif", "a");
     const std::wstring b = addPage(L"b.tif");
-    std::optional<Lock> lock;
+    std::optional<OpenFile> lock;
     whenAtPage(2, [&] { lock.emplace(b); });
 
     EXPECT_EQ(pack({pages}), 1);
@@ -271,13 +271,8 @@ TEST_F(ZipTargetTest, AnArchiveThatCannotTakeItsPlaceAtTheEndIsNotCalledDone) {
     addPage(L"a.tif");
     folder.write(L"skeny.zip", "old");
     // A reader that came in time keeps the old archive where it is.
-    std::optional<host::UniqueHandle> reader;
-    whenAtPage(1, [&] {
-        reader.emplace(CreateFileW(archive.c_str(), GENERIC_READ,
-                                   FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
-                                   OPEN_EXISTING, 0, nullptr));
-        EXPECT_TRUE(*reader);
-    });
+    std::optional<OpenFile> reader;
+    whenAtPage(1, [&] { reader.emplace(archive, GENERIC_READ, OpenFile::shareAll); });
 
     EXPECT_EQ(pack({pages}), 1);
 

@@ -4,6 +4,7 @@
 #include "SorvaneBase/Text.h"
 #include "SorvaneBase/bxutils/SystemLog.h"
 #include "SorvaneBase/bxzip/WindowsStorage.h"
+#include "support/OpenFile.h"
 #include "support/TempFolder.h"
 #include "support/ZipParser.h"
 
@@ -18,28 +19,10 @@
 namespace {
 
 using Sorvane::utf8;
+using test::OpenFile;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Key;
-
-constexpr DWORD shareAll = FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE;
-
-/// A file that this process has open.
-class OpenFile {
-public:
-    OpenFile(const std::wstring& path, DWORD access, DWORD share)
-        : handle(CreateFileW(path.c_str(), access, share, nullptr, OPEN_EXISTING, 0, nullptr)) {
-        EXPECT_NE(handle, INVALID_HANDLE_VALUE);
-    }
-    ~OpenFile() { CloseHandle(handle); }
-    OpenFile(const OpenFile&) = delete;
-    OpenFile& operator=(const OpenFile&) = delete;
-
-    HANDLE get() const { return handle; }
-
-private:
-    HANDLE handle;
-};
 
 /// The program that writes an archive and waits, as a process that a test can kill.
 class WaitingWriter {
@@ -130,7 +113,7 @@ TEST_F(ZipWriterPtrTest, ReplacesAnExistingFileWhenItIsClosed) {
     ASSERT_TRUE(writer->addItemFromFile("1", page));
     {
         // The lock of the existing file admits only readers that admit everything.
-        const OpenFile old(folder / L"a.zip", GENERIC_READ, shareAll);
+        const OpenFile old(folder / L"a.zip", GENERIC_READ, OpenFile::shareAll);
         char bytes[8] = {};
         DWORD count = 0;
         EXPECT_TRUE(ReadFile(old.get(), bytes, sizeof bytes, &count, nullptr));
@@ -209,7 +192,7 @@ TEST_F(ZipWriterPtrTest, IsCompleteWhenItIsMadeWhileAnExceptionUnwinds) {
 TEST_F(ZipWriterPtrTest, WaitsForAProgramThatHoldsTheOldFileForAMoment) {
     folder.write(L"a.zip", "old");
     ASSERT_TRUE(writer->createZipFile(path(L"a.zip")));
-    std::optional<OpenFile> held(std::in_place, folder / L"a.zip", GENERIC_READ, shareAll);
+    std::optional<OpenFile> held(std::in_place, folder / L"a.zip", GENERIC_READ, OpenFile::shareAll);
     std::thread other([&] {
         Sleep(200);
         held.reset();
@@ -226,7 +209,7 @@ TEST_F(ZipWriterPtrTest, LogsWhereTheArchiveIsThatCannotTakeItsPlace) {
     ASSERT_TRUE(writer->createZipFile(path(L"a.zip")));
     ASSERT_TRUE(writer->addItemFromFile("1", page));
     {
-        const OpenFile held(folder / L"a.zip", GENERIC_READ, shareAll);
+        const OpenFile held(folder / L"a.zip", GENERIC_READ, OpenFile::shareAll);
         close();
     }
     EXPECT_EQ(test::readFile(folder / L"a.zip"), "old");
