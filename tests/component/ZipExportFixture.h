@@ -4,6 +4,7 @@
 #include "ExportToZip.h"
 #include "SorvaneBase/SorvaneException.h"
 #include "bxbase/Reference.h"
+#include "support/SoundArchives.h"
 #include "support/TempFolder.h"
 #include "support/TestPage.h"
 #include "support/ZipParser.h"
@@ -26,6 +27,8 @@ public:
 class ZipExportFixture : public testing::Test {
 protected:
     ZipExportFixture();
+
+    void TearDown() override { test::expectSoundArchives(target); }
 
     /// A page whose data lies in a file of its own.
     test::TestPage& addPage(const std::wstring& name, const std::string& bytes);

@@ -5,6 +5,7 @@
 #include "host/Text.h"
 #include "host/ZipDialogControls.h"
 #include "host/ZipTarget.h"
+#include "support/SoundArchives.h"
 #include "support/ZipParser.h"
 
 #include <gmock/gmock.h>
@@ -26,6 +27,8 @@ using testing::StartsWith;
 
 class ZipTargetTest : public ScanExportFixture {
 protected:
+    void TearDown() override { test::expectSoundArchives(folder); }
+
     /// Packs into `archive` under names that begin with "Scan".
     int pack(std::vector<std::wstring> arguments) {
         arguments.insert(arguments.begin(), {L"--to-zip", archive, L"--prefix", L"Scan"});

@@ -32,6 +32,17 @@ std::vector<WIN32_FIND_DATAW> entries(const std::wstring& folder) {
     return found;
 }
 
+/// Adds the full paths of all files in a folder and below.
+void collectFiles(const std::wstring& folder, std::vector<std::wstring>& files) {
+    for (const WIN32_FIND_DATAW& entry : entries(folder)) {
+        const std::wstring path = folder + L"\\" + entry.cFileName;
+        if (entry.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)
+            collectFiles(path, files);
+        else
+            files.push_back(path);
+    }
+}
+
 void removeTree(const std::wstring& folder) {
     for (const WIN32_FIND_DATAW& entry : entries(folder)) {
         const std::wstring path = folder + L"\\" + entry.cFileName;
@@ -75,6 +86,7 @@ std::wstring TempFolder::write(const std::wstring& name, const std::string& byte
     CloseHandle(file);
     if (!ok)
         throw std::runtime_error("cannot write a test file");
+    ownContents.insert(bytes);
     return path;
 }
 
@@ -84,6 +96,13 @@ std::vector<std::wstring> TempFolder::list() const {
         names.emplace_back(entry.cFileName);
     std::sort(names.begin(), names.end());
     return names;
+}
+
+std::vector<std::wstring> TempFolder::filesOfOthers() const {
+    std::vector<std::wstring> files;
+    collectFiles(folder, files);
+    std::erase_if(files, [this](const std::wstring& path) { return ownContents.contains(readFile(path)); });
+    return files;
 }
 
 std::string readFile(const std::wstring& path) {

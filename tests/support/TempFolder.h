@@ -1,6 +1,7 @@
 // A fresh, empty folder for one test.
 #pragma once
 
+#include <set>
 #include <string>
 #include <vector>
 
@@ -26,8 +27,12 @@ public:
     /// The names of all files and folders directly inside, sorted.
     std::vector<std::wstring> list() const;
 
+    /// The full paths of all files inside, however deep, but for those that hold the bytes of some write().
+    std::vector<std::wstring> filesOfOthers() const;
+
 private:
     std::wstring folder;
+    mutable std::set<std::string> ownContents; ///< what write() wrote
 };
 
 /// The bytes of a file; a file that cannot be read fails the test and reads as empty.

@@ -5,6 +5,7 @@
 #include "SorvaneBase/bxutils/SystemLog.h"
 #include "SorvaneBase/bxzip/WindowsStorage.h"
 #include "support/OpenFile.h"
+#include "support/SoundArchives.h"
 #include "support/TempFolder.h"
 #include "support/ZipParser.h"
 
@@ -23,6 +24,7 @@ using test::OpenFile;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::Key;
+using testing::Pair;
 
 /// The program that writes an archive and waits, as a process that a test can kill.
 class WaitingWriter {
@@ -77,6 +79,11 @@ private:
 class ZipWriterPtrTest : public testing::Test {
 protected:
     ~ZipWriterPtrTest() override { bxutils::setSystemLogFile({}); }
+
+    void TearDown() override {
+        close();
+        test::expectSoundArchives(folder);
+    }
 
     std::string path(const std::wstring& name) const { return utf8(folder / name); }
     void close() { writer.reset(); }
@@ -266,8 +273,8 @@ TEST_F(ZipWriterPtrTest, TakesPathsOfAnyLength) {
         deep += L"\\a folder with a long name";
         CreateDirectoryW((L"\\\\?\\" + deep).c_str(), nullptr);
     }
-    const std::wstring longPage = deep + L"\\page.txt";
-    CopyFileW((pages / L"page.txt").c_str(), (L"\\\\?\\" + longPage).c_str(), TRUE);
+    const std::wstring longPage =
+        folder.write(deep.substr(folder.path().size() + 1) + L"\\page.txt", "content");
     const std::wstring target = deep + L"\\" + std::wstring(240, L'n') + L".zip";
     for (int round = 0; round < 2; ++round) {
         writer.emplace(nullptr);
@@ -282,6 +289,8 @@ TEST_F(ZipWriterPtrTest, AddsAFileThatIsOpenForWriting) {
     const OpenFile open(pages / L"page.txt", GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE);
     ASSERT_TRUE(writer->createZipFile(path(L"a.zip")));
     EXPECT_TRUE(writer->addItemFromFile("1", page));
+    close();
+    EXPECT_THAT(entriesIn(L"a.zip"), ElementsAre(Pair("1", std::string(3000, 'p'))));
 }
 
 TEST_F(ZipWriterPtrTest, CannotAddWhatIsNoReadableFile) {
