@@ -174,7 +174,7 @@ def measure_starts(archivers, page, archive, rounds):
 
 def measure_counts(archivers, sources, archive, counts, rounds, one_page):
     """Pages are links to a few files, so that the disk's cache holds them however many there are."""
-    runs = {count: [] for count in counts}
+    runs = {}
     memory = {}
     for count in counts:
         print(f"{count} small pages", file=sys.stderr)
