@@ -4,7 +4,7 @@
 #include "SorvaneBase/bxutils/ResourceManager.h"
 #include "bxbase/ReferencedImpl.h"
 #include "host/DialogPilot.h"
-#include "host/Text.h"
+#include "support/DialogInspection.h"
 
 DirectoryExportFixture::DirectoryExportFixture() : engine(new bxbase::ReferencedImpl<OpenEngine>) {
     const std::wstring texts =
@@ -41,11 +41,7 @@ test::TestPage& DirectoryExportFixture::addPageWithoutFile(std::optional<std::st
 }
 
 int DirectoryExportFixture::run() {
-    host::DialogPilot pilot;
-    pilot.always(host::anyMessageBox(), [](HWND window) {
-        ADD_FAILURE() << "unexpected box: " << host::utf8(host::messageBoxText(window));
-        return host::click(IDOK)(window);
-    });
+    const test::NoMessageBoxes expected;
     return engine->exportData(nullptr, errors);
 }
 

@@ -2,6 +2,7 @@
 #include "ZipExportFixture.h"
 
 #include "bxbase/ReferencedImpl.h"
+#include "support/DialogInspection.h"
 
 ZipExportFixture::ZipExportFixture() : engine(new bxbase::ReferencedImpl<OpenZipEngine>) {
     engine->targetPath = target.utf8() + "\\scans.zip";
@@ -23,6 +24,11 @@ test::TestPage& ZipExportFixture::addPageWithoutFile(std::optional<std::string> 
     test::TestPage& page = pages.emplace_back("page.tif", std::move(bytes), temporaryCopy);
     engine->addData(&page);
     return page;
+}
+
+int ZipExportFixture::run() {
+    const test::NoMessageBoxes expected;
+    return engine->exportData(nullptr, errors);
 }
 
 std::vector<std::string> ZipExportFixture::entryNames() const {

@@ -37,7 +37,8 @@ protected:
     /// A page without a file, which writes a copy of these bytes on demand or fails to.
     test::TestPage& addPageWithoutFile(std::optional<std::string> bytes);
 
-    int run() { return engine->exportData(nullptr, errors); }
+    /// Runs the export, which must not show a box.
+    int run();
 
     /// What the archive holds.
     test::ZipEntries entries() const { return test::zipEntries(test::readFile(target / L"scans.zip")); }

@@ -48,7 +48,8 @@ INSTANTIATE_TEST_SUITE_P(Cases, ZipNumberingTest,
                                          Numbering{9, "Scan_1.jpg", "Scan_9.jpg"},
                                          Numbering{10, "Scan_01.jpg", "Scan_10.jpg"},
                                          Numbering{99, "Scan_01.jpg", "Scan_99.jpg"},
-                                         Numbering{100, "Scan_001.jpg", "Scan_100.jpg"}));
+                                         Numbering{100, "Scan_001.jpg", "Scan_100.jpg"},
+                                         Numbering{1000, "Scan_0001.jpg", "Scan_1000.jpg"}));
 
 TEST_F(ZipExportTest, PacksEveryPageByteForByteInOrder) {
     const std::string binary("\0\r\n\x1A\xFF", 5);
@@ -80,6 +81,15 @@ TEST_F(ZipExportTest, WithoutPrefixNamesAreBareNumbers) {
     addPages(2);
     EXPECT_EQ(run(), 0);
     EXPECT_THAT(entryNames(), ElementsAre("1.tif", "2.tif"));
+}
+
+TEST_F(ZipExportTest, NewEngineHasNoPrefix) {
+    const std::string path = engine->targetPath;
+    engine = new bxbase::ReferencedImpl<OpenZipEngine>;
+    engine->targetPath = path;
+    addPages(1);
+    EXPECT_EQ(run(), 0);
+    EXPECT_THAT(entryNames(), ElementsAre("1.tif"));
 }
 
 TEST_F(ZipExportTest, PrefixGoesIntoTheNamesAsItIs) {
@@ -222,9 +232,8 @@ TEST_F(ZipExportTest, WithoutTargetPathIsReported) {
 }
 
 TEST_F(ZipExportTest, NewEngineHasNoTargetPath) {
-    EXPECT_EQ(bxbase::Reference<OpenZipEngine>(new bxbase::ReferencedImpl<OpenZipEngine>)
-                  ->exportData(nullptr, errors),
-              1);
+    engine = new bxbase::ReferencedImpl<OpenZipEngine>;
+    EXPECT_EQ(run(), 1);
     expectReport(49, "targetPath is empty");
 }
 

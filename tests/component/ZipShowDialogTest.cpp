@@ -4,6 +4,8 @@
 #include "host/DialogPilot.h"
 #include "resource.h"
 #include "support/DialogInspection.h"
+#include "support/RawRegistry.h"
+#include "support/TestHost.h"
 
 #include <afxwin.h>
 
@@ -93,6 +95,16 @@ TEST_F(ZipShowDialogTest, UsesTheComponentsResourcesAndGivesTheStateBack) {
     EXPECT_EQ(AfxGetModuleState(), &hostState);
     EXPECT_FALSE(show({click(IDCANCEL)}));
     EXPECT_EQ(AfxGetModuleState(), &hostState);
+}
+
+TEST_F(ZipShowDialogTest, NothingOfItIsRememberedInTheRegistry) {
+    const test::TestHost host;
+    const std::wstring key = L"SOFTWARE\\" + host.getBaseRegistryPath();
+    addPages(1);
+    EXPECT_TRUE(show({enterText(IDC_EXPORT_PATH, target / L"scans.zip"),
+                      enterText(IDC_EXPORT_PREFIX, L"Scan"), click(IDOK)}));
+    EXPECT_EQ(run(), 0);
+    EXPECT_FALSE(test::keyExists(key));
 }
 
 TEST_F(ZipShowDialogTest, ExportFollowsTheConfirmedEntries) {

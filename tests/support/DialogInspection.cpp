@@ -1,9 +1,20 @@
 // Looks at a dialog's controls, and at what it shows, while a pilot is in it.
 #include "support/DialogInspection.h"
 
+#include "host/Text.h"
+
+#include <gtest/gtest.h>
+
 #include <utility>
 
 namespace test {
+
+NoMessageBoxes::NoMessageBoxes() {
+    pilot.always(host::anyMessageBox(), [](HWND box) {
+        ADD_FAILURE() << "unexpected box: " << host::utf8(host::messageBoxText(box));
+        return host::click(IDOK)(box);
+    });
+}
 
 host::DialogPilot::Action now(std::function<void(HWND)> look) {
     return [look = std::move(look)](HWND window) {

@@ -11,6 +11,15 @@
 
 namespace test {
 
+/// Fails the test for every message box that comes up during its life, and closes the box.
+class NoMessageBoxes {
+public:
+    NoMessageBoxes();
+
+private:
+    host::DialogPilot pilot;
+};
+
 // Actions.
 
 /// Looks at the dialog, or does something to it that needs no waiting.
