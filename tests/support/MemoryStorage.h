@@ -25,7 +25,7 @@ public:
     bool isOpenForChange = false;
 
 private:
-    static constexpr std::uint64_t blockSize = 64 * 1024;
+    static constexpr std::uint64_t blockSize = std::uint64_t{64} << 10;
 
     std::uint64_t length = 0;
     std::map<std::uint64_t, std::vector<char>> blocks;

@@ -283,7 +283,7 @@ private:
     }
 
     template <class Take> void forEachPiece(const ZipItem& item, const Take& take) {
-        constexpr std::uint64_t pieceSize = 1024 * 1024;
+        constexpr std::uint64_t pieceSize = std::uint64_t{1} << 20;
         std::string piece;
         for (std::uint64_t done = 0; done < item.compressedSize; done += piece.size()) {
             piece.resize(static_cast<std::size_t>(std::min(pieceSize, item.compressedSize - done)));

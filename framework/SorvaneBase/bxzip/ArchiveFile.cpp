@@ -183,10 +183,11 @@ Status ArchiveFile::useFreeName(const wchar_t* suffix, std::wstring& path, const
     for (int number = 1;; ++number) {
         std::wstring candidate = siblingPath(target, suffix, number);
         Status status = attempt(candidate);
+        if (!status.isOk() && storage.exists(candidate))
+            continue;
         if (status.isOk())
             path = std::move(candidate);
-        if (status.isOk() || !storage.exists(candidate))
-            return status;
+        return status;
     }
 }
 

@@ -118,7 +118,7 @@ Status ArchiveWriter::checkUnchanged(const ZipEntry& entry, const SourceState& b
 
 Status ArchiveWriter::securedUpTo(std::uint64_t end) {
     // In steps, so that small entries do not each pay for a write.
-    constexpr std::uint64_t step = 64 * 1024;
+    constexpr std::uint64_t step = std::uint64_t{64} << 10;
     static constexpr std::array<char, step> zeros{};
     for (end = (end + step - 1) / step * step; writtenEnd < end;) {
         const auto size = static_cast<std::size_t>(std::min(step, end - writtenEnd));

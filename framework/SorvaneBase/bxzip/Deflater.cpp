@@ -16,7 +16,7 @@ namespace {
 constexpr int compressionLevel = 6;
 
 // Each thread has one chunk to work on and one that waits, so that it does not wait for the disk.
-constexpr unsigned chunksPerThread = 2;
+constexpr std::size_t chunksPerThread = 2;
 
 using Buffer = std::unique_ptr<std::byte[]>;
 
@@ -210,7 +210,7 @@ Status Deflater::deflateInParallel(Source& source, std::uint64_t size, const Sin
 }
 
 Status copySource(Source& source, std::uint64_t size, const Deflater::Sink& sink, std::uint32_t& crc) {
-    constexpr std::size_t bufferSize = 1024 * 1024;
+    constexpr std::size_t bufferSize = std::size_t{1} << 20;
     const auto buffer = Buffer(new std::byte[std::min<std::uint64_t>(bufferSize, size)]);
     crc = 0;
     for (std::uint64_t offset = 0; offset < size;) {

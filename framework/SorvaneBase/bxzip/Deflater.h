@@ -34,7 +34,7 @@ public:
         std::uint64_t compressedSize = 0;
     };
 
-    static constexpr std::size_t chunkSize = 512 * 1024;
+    static constexpr std::size_t chunkSize = std::size_t{512} << 10;
     static constexpr unsigned maxThreads = 16;
 
     explicit Deflater(unsigned threads = std::thread::hardware_concurrency());

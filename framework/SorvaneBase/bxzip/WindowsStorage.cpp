@@ -16,7 +16,7 @@ constexpr ULONGLONG patienceInMs = 2000;
 constexpr DWORD pauseInMs = 20;
 
 // One call takes no more; more than this would not be faster.
-constexpr std::size_t maxTransfer = 16 * 1024 * 1024;
+constexpr std::size_t maxTransfer = std::size_t{16} << 20;
 
 Status failure(const char* what) {
     return Status(what, GetLastError());

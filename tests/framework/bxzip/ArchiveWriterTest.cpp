@@ -91,7 +91,7 @@ TEST_F(ArchiveWriterTest, StoresWhatDoesNotGetSmaller) {
 TEST_F(ArchiveWriterTest, NeedsNoMoreRoomThanAStoredPageTakes) {
     // Room for the directory is taken in steps of 64 KiB, of which one ends where the page and its record do.
     constexpr std::size_t records = (30 + 4) + (46 + 4) + bxzip::maxEndRecordsSize;
-    constexpr std::size_t archiveSize = 64 * 64 * 1024;
+    constexpr std::size_t archiveSize = std::size_t{4} << 20;
     storage.capacity = archiveSize;
     const std::string content = noise(archiveSize - records);
     storage.put(L"page", content);

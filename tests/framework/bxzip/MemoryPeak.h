@@ -17,7 +17,7 @@ public:
     void look() { most = std::max(most, privateBytes()); }
 
     /// What was taken at most since the object was made, in MB.
-    std::size_t growthInMb() const { return (most - atFirst) / (1024 * 1024); }
+    std::size_t growthInMb() const { return (most - atFirst) >> 20; }
 
 private:
     static std::size_t privateBytes() {

@@ -17,7 +17,7 @@ using Sorvane::utf8;
 
 /// The path of a file without content, made beside the archive.
 std::wstring makeEmptyFile(const std::wstring& archive) {
-    const std::wstring path = archive + L".empty";
+    std::wstring path = archive + L".empty";
     CloseHandle(CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
     return path;
 }
