@@ -298,7 +298,7 @@ private:
         require(inflateInit2(&stream, -MAX_WBITS) == Z_OK, "zlib does not start");
         const std::unique_ptr<z_stream, int (*)(z_stream*)> end(&stream,
                                                                 [](z_stream* s) { return inflateEnd(s); });
-        std::string output(256 * 1024, '\0');
+        std::string output(std::size_t{256} << 10, '\0');
         int result = Z_OK;
         forEachPiece(item, [&](std::string& piece) {
             require(result == Z_OK, where + "the stream ends too early");
