@@ -11,8 +11,10 @@
 #include <windows.h>
 
 #include <string>
+#include <vector>
 
-/// Set in CWnd::m_nFlags while the window must not be enabled together with the rest of the application.
+/// Set in CWnd::m_nFlags of a permanent window object that must stay disabled whoever enables it, as a mail client
+/// enables its owner between two windows of its own. It has no effect on a window that is enabled when it is set.
 #define WF_STAYDISABLED 0x0004
 
 /// Anything with a message map.
@@ -143,7 +145,7 @@ protected:
     virtual void DoDataExchange(CDataExchange* /*pDX*/) {}
 
     afx_msg void OnCaptureChanged(CWnd* /*pWnd*/) { Default(); }
-    afx_msg void OnEnable(BOOL /*bEnable*/) { Default(); }
+    afx_msg void OnEnable(BOOL bEnable);
     afx_msg void OnGetMinMaxInfo(MINMAXINFO* /*lpMMI*/) { Default(); }
     afx_msg void OnLButtonUp(UINT /*nFlags*/, CPoint /*point*/) { Default(); }
     afx_msg void OnMouseMove(UINT /*nFlags*/, CPoint /*point*/) { Default(); }
@@ -266,11 +268,17 @@ public:
     explicit CWinApp(LPCTSTR lpszAppName = nullptr);
     ~CWinApp() override;
 
+    /// FALSE keeps the user out of the application while somebody else shows a modal window: every visible and
+    /// enabled top-level window of this thread is disabled. TRUE enables these again, and no others. Calls nest.
+    virtual void EnableModeless(BOOL bEnable);
+
     HINSTANCE m_hInstance;
     LPCTSTR m_pszAppName;
 
 private:
     std::wstring name;
+    std::vector<HWND> modelessWindows; ///< disabled by EnableModeless()
+    int modelessDepth = 0;
 };
 
 // Of the current module. AfxGetApp() is null when it has no application object; AfxGetMainWnd() then, and where that

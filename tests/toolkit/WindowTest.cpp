@@ -243,6 +243,35 @@ TEST_F(WindowTest, SubclassedKeepsItsOwnBehaviour) {
     EXPECT_EQ(window.SendMessage(EM_GETSEL), MAKELONG(1, 2));
 }
 
+TEST_F(WindowTest, StaysDisabledWhileItsFlagSaysSo) {
+    CWnd window;
+    window.CreateEx(0, nullptr, L"", WS_POPUP | WS_VISIBLE, 0, 0, 9, 9, nullptr, nullptr);
+    window.EnableWindow(FALSE);
+    window.m_nFlags |= WF_STAYDISABLED;
+    ::EnableWindow(window, TRUE);
+    EXPECT_FALSE(window.IsWindowEnabled());
+    window.m_nFlags &= ~static_cast<UINT>(WF_STAYDISABLED);
+    ::EnableWindow(window, TRUE);
+    EXPECT_TRUE(window.IsWindowEnabled());
+}
+
+TEST_F(WindowTest, SubclassedStaysDisabledWhileItsFlagSaysSo) {
+    CEdit edit;
+    edit.CreateEx(0, L"EDIT", L"", WS_POPUP | WS_VISIBLE | WS_DISABLED, 0, 0, 9, 9, nullptr, nullptr);
+    edit.m_nFlags |= WF_STAYDISABLED;
+    ::EnableWindow(edit, TRUE);
+    EXPECT_FALSE(edit.IsWindowEnabled());
+}
+
+TEST_F(WindowTest, FlagToStayDisabledDoesNotDisable) {
+    CWnd window;
+    window.CreateEx(0, nullptr, L"", WS_POPUP | WS_VISIBLE, 0, 0, 9, 9, nullptr, nullptr);
+    window.m_nFlags |= WF_STAYDISABLED;
+    EXPECT_TRUE(window.IsWindowEnabled());
+    window.EnableWindow(FALSE);
+    EXPECT_FALSE(window.IsWindowEnabled());
+}
+
 TEST_F(WindowTest, SameArgumentsGiveTheSameClass) {
     const std::wstring plain = AfxRegisterWndClass(0);
     EXPECT_EQ(plain, AfxRegisterWndClass(0));

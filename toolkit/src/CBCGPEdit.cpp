@@ -199,8 +199,8 @@ void CBCGPEdit::OnCaptureChanged(CWnd* /*pWnd*/) {
     setButtonState(false, false);
 }
 
-void CBCGPEdit::OnEnable(BOOL /*bEnable*/) {
-    Default();
+void CBCGPEdit::OnEnable(BOOL bEnable) {
+    CEdit::OnEnable(bEnable);
     if (hasButton)
         drawButton();
 }

@@ -5,6 +5,8 @@
 #include "afxwin.h"
 
 #include <filesystem>
+#include <utility>
+#include <vector>
 
 namespace {
 
@@ -15,6 +17,12 @@ std::wstring moduleTitle(HINSTANCE module) {
         path.resize(path.size() * 2);
     path.resize(length);
     return std::filesystem::path(path).stem().wstring();
+}
+
+BOOL CALLBACK collectWindow(HWND window, LPARAM windows) {
+    if (IsWindowVisible(window) && IsWindowEnabled(window))
+        reinterpret_cast<std::vector<HWND>*>(windows)->push_back(window);
+    return TRUE;
 }
 
 UINT withDefaultIcon(UINT type) {
@@ -51,6 +59,21 @@ CWinApp::CWinApp(LPCTSTR lpszAppName)
 CWinApp::~CWinApp() {
     if (m_pModuleState->m_pCurrentWinApp == this)
         m_pModuleState->m_pCurrentWinApp = nullptr;
+}
+
+void CWinApp::EnableModeless(BOOL bEnable) {
+    if (bEnable) {
+        if (modelessDepth > 0 && --modelessDepth == 0)
+            for (const HWND window : std::exchange(modelessWindows, {}))
+                EnableWindow(window, TRUE);
+        return;
+    }
+    if (modelessDepth++ > 0)
+        return;
+    // First all, then each: a window may make or destroy others when it is disabled.
+    EnumThreadWindows(GetCurrentThreadId(), &collectWindow, reinterpret_cast<LPARAM>(&modelessWindows));
+    for (const HWND window : std::vector(modelessWindows))
+        EnableWindow(window, FALSE);
 }
 
 CWnd* AfxGetMainWnd() {

@@ -14,6 +14,7 @@ extern "C" IMAGE_DOS_HEADER __ImageBase;
 IMPLEMENT_DYNAMIC(CWnd, CCmdTarget)
 
 BEGIN_MESSAGE_MAP(CWnd, CCmdTarget)
+    ON_WM_ENABLE()
     ON_WM_NCDESTROY()
 END_MESSAGE_MAP()
 
@@ -169,6 +170,15 @@ LRESULT CWnd::DefWindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
 LRESULT CWnd::Default() {
     const MSG& current = threadState().currentMessage;
     return DefWindowProc(current.message, current.wParam, current.lParam);
+}
+
+void CWnd::OnEnable(BOOL bEnable) {
+    if (bEnable && (m_nFlags & WF_STAYDISABLED)) {
+        EnableWindow(FALSE);
+        ::SetFocus(nullptr);
+        return;
+    }
+    Default();
 }
 
 void CWnd::OnNcDestroy() {
