@@ -4,6 +4,7 @@
 #include "afx.h"
 #include "afxdd_.h"
 #include "afxmsg_.h"
+#include "afxres.h"
 #include "afxstat_.h"
 #include "afxtempl.h"
 #include "atltypes.h"
@@ -292,5 +293,5 @@ TOOLKIT_API LPCTSTR AfxGetAppName();
 /// A message box under the application's name, owned by the dialog or window that the user sees on top. Where the
 /// type names no icon, questions with Yes get the question mark, those with OK the exclamation mark.
 TOOLKIT_API int AfxMessageBox(LPCTSTR lpszText, UINT nType = MB_OK, UINT nIDHelp = 0);
-/// The same with a text of the current module's string table.
+/// The same with a text of the current module's string table or, under a number of afxres.h, the toolkit's.
 TOOLKIT_API int AfxMessageBox(UINT nIDPrompt, UINT nType = MB_OK, UINT nIDHelp = static_cast<UINT>(-1));

@@ -42,7 +42,8 @@ public:
     /// Replaces the text by what the arguments give in the format, which is read as the system reads it: "%s" takes
     /// wide text.
     void Format(LPCWSTR pszFormat, ...);
-    /// Takes the text from the current module's string table. False, and an empty text, when it is not there.
+    /// Takes the text from the current module's string table, or else the toolkit's. False, and an empty text, when it
+    /// is in neither.
     BOOL LoadString(UINT nID);
 
     /// A buffer of nMinBufferLength characters and a terminating NUL that holds the text and can be written to.

@@ -5,6 +5,8 @@
 #include <cwchar>
 #include <utility>
 
+extern "C" IMAGE_DOS_HEADER __ImageBase;
+
 void CString::Format(LPCWSTR pszFormat, ...) {
     va_list arguments;
     va_start(arguments, pszFormat);
@@ -21,11 +23,18 @@ void CString::Format(LPCWSTR pszFormat, ...) {
 }
 
 BOOL CString::LoadString(UINT nID) {
-    LPCWSTR resource = nullptr;
-    // With a size of 0 the system hands out a pointer to the text itself, which has no NUL at its end.
-    const int length = ::LoadString(AfxGetResourceHandle(), nID, reinterpret_cast<LPWSTR>(&resource), 0);
-    text.assign(resource ? resource : L"", static_cast<size_t>(length));
-    return length > 0;
+    text.clear();
+    // A module may have a text of its own in the place of the toolkit's.
+    for (HINSTANCE module : {AfxGetResourceHandle(), reinterpret_cast<HINSTANCE>(&__ImageBase)}) {
+        LPCWSTR resource = nullptr;
+        // With a size of 0 the system hands out a pointer to the text itself, which has no NUL at its end.
+        const int length = ::LoadString(module, nID, reinterpret_cast<LPWSTR>(&resource), 0);
+        if (length > 0) {
+            text.assign(resource, static_cast<size_t>(length));
+            return TRUE;
+        }
+    }
+    return FALSE;
 }
 
 LPWSTR CString::GetBuffer(int nMinBufferLength) {
