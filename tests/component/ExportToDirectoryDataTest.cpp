@@ -1,45 +1,20 @@
 // The directory and prefix kept in the host's settings store.
 #include "ExportToDirectoryData.h"
 
-#include "SorvaneCommon/SettingsStore.h"
 #include "support/TestHost.h"
 
 #include <gmock/gmock.h>
-
-#include <map>
-#include <string>
-#include <utility>
-#include <vector>
 
 namespace {
 
 using testing::ElementsAre;
 using testing::Pair;
 
-class MemoryStore : public SorvaneCommon::SettingsStore {
-public:
-    bool read(const Sorvane::u8string& key, Sorvane::u8string& value) override {
-        const auto found = values.find(key);
-        if (found == values.end())
-            return false;
-        value = found->second;
-        return true;
-    }
-    bool write(const Sorvane::u8string& key, const Sorvane::u8string& value) override {
-        written.emplace_back(key, value);
-        return !readOnly;
-    }
-
-    std::map<std::string, std::string> values;
-    std::vector<std::pair<std::string, std::string>> written;
-    bool readOnly = false;
-};
-
 class ExportToDirectoryDataTest : public testing::Test {
 protected:
     ExportToDirectoryDataTest() { host.settingsStore = &store; }
 
-    MemoryStore store;
+    test::MemoryStore store;
     test::TestHost host;
     ExportToDirectoryData data{"Export.ToDirectory.Path"};
 };

@@ -91,6 +91,10 @@ std::wstring TempFolder::write(const std::wstring& name, const std::string& byte
 }
 
 std::vector<std::wstring> TempFolder::list() const {
+    return namesIn(folder);
+}
+
+std::vector<std::wstring> namesIn(const std::wstring& folder) {
     std::vector<std::wstring> names;
     for (const WIN32_FIND_DATAW& entry : entries(folder))
         names.emplace_back(entry.cFileName);

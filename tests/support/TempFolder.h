@@ -35,6 +35,9 @@ private:
     mutable std::set<std::string> ownContents; ///< what write() wrote
 };
 
+/// The names of all files and folders directly inside a folder, sorted.
+std::vector<std::wstring> namesIn(const std::wstring& folder);
+
 /// The bytes of a file; a file that cannot be read fails the test and reads as empty.
 std::string readFile(const std::wstring& path);
 

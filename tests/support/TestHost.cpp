@@ -5,6 +5,19 @@
 
 namespace test {
 
+bool MemoryStore::read(const Sorvane::u8string& key, Sorvane::u8string& value) {
+    const auto found = values.find(key);
+    if (found == values.end())
+        return false;
+    value = found->second;
+    return true;
+}
+
+bool MemoryStore::write(const Sorvane::u8string& key, const Sorvane::u8string& value) {
+    written.emplace_back(key, value);
+    return !readOnly;
+}
+
 TestHost::TestHost()
     : basePath(L"BasicExportTests\\" + std::to_wstring(GetCurrentProcessId())),
       registryKey(L"SOFTWARE\\" + basePath) {

@@ -4,15 +4,28 @@
 #include "SorvaneCommon/Application.h"
 #include "SorvaneCommon/ExportEngineFactory.h"
 #include "SorvaneCommon/ExportEnginesManager.h"
+#include "SorvaneCommon/SettingsStore.h"
 #include "bxbase/Reference.h"
 #include "support/ScopedRegistryKey.h"
 
 #include <deque>
+#include <map>
 #include <string>
 #include <utility>
 #include <vector>
 
 namespace test {
+
+/// A host's settings in memory.
+class MemoryStore : public SorvaneCommon::SettingsStore {
+public:
+    bool read(const Sorvane::u8string& key, Sorvane::u8string& value) override;
+    bool write(const Sorvane::u8string& key, const Sorvane::u8string& value) override;
+
+    std::map<std::string, std::string> values;                ///< what is there; not changed by writing
+    std::vector<std::pair<std::string, std::string>> written; ///< in order
+    bool readOnly = false;                                    ///< makes writing fail
+};
 
 /// The host application for the time of its life, with a registry key of the process's own.
 class TestHost : public SorvaneCommon::Application {
