@@ -7,8 +7,10 @@
 
 #include <afxwin.h>
 
+#include <cstdint>
 #include <cstring>
 #include <memory>
+#include <string>
 
 namespace {
 

@@ -120,31 +120,4 @@ TEST(DirectoryEngineCreationTest, EngineHasNoTargetUntilItsDialogGivesOne) {
     EXPECT_EQ(errors.getReports()[0].message, "targetPath is not directory");
 }
 
-// The target that is announced and not built yet.
-
-class MailEngineTest : public testing::Test {
-protected:
-    MailEngineTest() {
-        const bxbase::Reference<SorvaneCommon::ExportEngineFactory> factory(
-            new bxbase::ReferencedImpl<ExportToMailFactory>);
-        factory->createEngine(&parent, engine);
-    }
-
-    CWnd parent;
-    bxbase::Reference<ExportEngine> engine;
-};
-
-TEST_F(MailEngineTest, LetsTheHostGoOnToItsReport) {
-    EXPECT_TRUE(engine->showDialog());
-}
-
-TEST_F(MailEngineTest, SaysInItsReportThatItIsNotBuilt) {
-    SorvaneException errors;
-    EXPECT_EQ(engine->exportData(nullptr, errors), 1);
-    ASSERT_EQ(errors.getReports().size(), 1U);
-    EXPECT_EQ(errors.getReports()[0].sourceFile, "Components/BasicExport/ExportToMail");
-    EXPECT_GT(errors.getReports()[0].line, 0);
-    EXPECT_THAT(errors.getReports()[0].message, testing::HasSubstr("not built yet"));
-}
-
 } // namespace

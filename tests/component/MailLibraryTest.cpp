@@ -1,7 +1,8 @@
-// The mail transport where the system has no MAPI32.DLL, or one without MAPISendMail.
+// The mail transport and the mail engine where the system has no MAPI32.DLL, or one without MAPISendMail.
+#include "MailExportFixture.h"
 #include "SorvaneMail.h"
-
 #include "host/DialogPilot.h"
+#include "support/DialogInspection.h"
 #include "support/LogRecords.h"
 
 #include <afxwin.h>
@@ -9,70 +10,74 @@
 #include <gmock/gmock.h>
 
 #include <chrono>
+#include <memory>
+#include <stdexcept>
 #include <string>
 
 namespace {
 
 using testing::ElementsAre;
+using testing::IsEmpty;
 
-class MailLibraryTest : public testing::Test {
+constexpr char initializing[] = "2 Components/BasicExport/SorvaneMail:188 Initializing SorvaneMail";
+constexpr wchar_t invalidLibrary[] =
+    L"The system’s mail library MAPI32.DLL is not valid, so no e-mail can be sent.";
+
+void expectNoLibrary() {
+    const HMODULE found = LoadLibraryW(L"MAPI32.DLL");
+    ASSERT_EQ(found, nullptr) << "these tests need Wine's override mapi32=n, which ctest sets";
+}
+
+/// A library without MAPISendMail that is loaded as MAPI32.DLL, so that the system gives it for the name alone, too.
+class PlantedLibrary {
+public:
+    PlantedLibrary() {
+        wchar_t program[MAX_PATH] = L"";
+        GetModuleFileNameW(nullptr, program, MAX_PATH);
+        const std::wstring original =
+            std::wstring(program, wcsrchr(program, L'\\') + 1) + L"library_without_mail.dll";
+        const std::wstring planted = folder / L"MAPI32.DLL";
+        if (CopyFileW(original.c_str(), planted.c_str(), TRUE))
+            module = LoadLibraryW(planted.c_str());
+        if (!module || !GetProcAddress(module, "notMail"))
+            throw std::runtime_error("these tests need Wine's override mapi32=n, which ctest sets");
+    }
+    ~PlantedLibrary() { FreeLibrary(module); }
+    PlantedLibrary(const PlantedLibrary&) = delete;
+    PlantedLibrary& operator=(const PlantedLibrary&) = delete;
+
+private:
+    test::TempFolder folder;
+    HMODULE module = nullptr;
+};
+
+// The transport.
+
+class MissingMailLibraryTest : public testing::Test {
 protected:
+    void SetUp() override { expectNoLibrary(); }
+
     test::LogRecords log;
     SorvaneMail mail;
 };
 
-class MissingLibraryTest : public MailLibraryTest {
-protected:
-    void SetUp() override {
-        const HMODULE found = LoadLibraryW(L"MAPI32.DLL");
-        ASSERT_EQ(found, nullptr) << "these tests need Wine's override mapi32=n, which ctest sets";
-    }
-};
-
-TEST_F(MissingLibraryTest, IsOnlyLogged) {
-    // A box would have nobody to answer it.
-    host::DialogPilot pilot(std::chrono::seconds(30));
-    bool boxShown = false;
-    pilot.always(host::anyMessageBox(), [&](HWND box) {
-        boxShown = true;
-        return host::click(IDOK)(box);
-    });
+TEST_F(MissingMailLibraryTest, IsOnlyLogged) {
+    const test::NoMessageBoxes noBoxes;
     EXPECT_FALSE(mail.initialize());
-    EXPECT_FALSE(boxShown);
-    EXPECT_THAT(log.all(), ElementsAre("2 Components/BasicExport/SorvaneMail:188 Initializing SorvaneMail",
+    EXPECT_THAT(log.all(), ElementsAre(initializing,
                                        "0 Components/BasicExport/SorvaneMail:193 Failed to load MAPI32.DLL"));
 }
 
-TEST_F(MissingLibraryTest, LeavesTheTransportWithoutMessages) {
+TEST_F(MissingMailLibraryTest, LeavesTheTransportWithoutMessages) {
     EXPECT_FALSE(mail.initialize());
     EXPECT_EQ(mail.createMessage(), nullptr);
     EXPECT_EQ(log.all().back(), "0 Components/BasicExport/SorvaneMail:213 Mail not available");
 }
 
-std::wstring besideTheProgram(const wchar_t* name) {
-    wchar_t program[MAX_PATH] = L"";
-    GetModuleFileNameW(nullptr, program, MAX_PATH);
-    return std::wstring(program, wcsrchr(program, L'\\') + 1) + name;
-}
-
-class LibraryWithoutMailTest : public MailLibraryTest {
+class InvalidMailLibraryTest : public testing::Test {
 protected:
-    void SetUp() override {
-        const std::wstring planted = folder / L"MAPI32.DLL";
-        ASSERT_TRUE(CopyFileW(besideTheProgram(L"library_without_mail.dll").c_str(), planted.c_str(), TRUE));
-        // The system gives this one for the name alone, too, as long as it is loaded.
-        library = LoadLibraryW(planted.c_str());
-        ASSERT_NE(library, nullptr);
-        ASSERT_NE(GetProcAddress(library, "notMail"), nullptr)
-            << "these tests need Wine's override mapi32=n, which ctest sets";
-    }
-    void TearDown() override {
-        while (GetModuleHandleW(L"MAPI32.DLL"))
-            FreeLibrary(library);
-    }
-
     /// Initialises the transport and presses OK in the box that this must show.
-    bool initialize() {
+    bool initialize(SorvaneMail& mail) {
         host::DialogPilot pilot(std::chrono::seconds(30));
         pilot.then("the prompt", host::anyMessageBox(), [this](HWND box) {
             prompt = host::messageBoxText(box);
@@ -83,29 +88,52 @@ protected:
         return done;
     }
 
-    test::TempFolder folder;
-    HMODULE library = nullptr;
+    test::LogRecords log;
     std::wstring prompt;
 };
 
-TEST_F(LibraryWithoutMailTest, IsShownAndNotLoggedAsAFailure) {
-    EXPECT_FALSE(initialize());
-    EXPECT_EQ(prompt, L"The system’s mail library MAPI32.DLL is not valid, so no e-mail can be sent.");
-    EXPECT_THAT(log.all(), ElementsAre("2 Components/BasicExport/SorvaneMail:188 Initializing SorvaneMail"));
+TEST_F(InvalidMailLibraryTest, IsShownAndNotLoggedAsAFailure) {
+    const PlantedLibrary library;
+    SorvaneMail mail;
+    EXPECT_FALSE(initialize(mail));
+    EXPECT_EQ(prompt, invalidLibrary);
+    EXPECT_THAT(log.all(), ElementsAre(initializing));
     EXPECT_EQ(mail.createMessage(), nullptr);
 }
 
-TEST_F(LibraryWithoutMailTest, StaysLoadedUntilTheTransportGoes) {
+TEST_F(InvalidMailLibraryTest, StaysLoadedUntilTheTransportGoes) {
+    auto library = std::make_unique<PlantedLibrary>();
     {
-        host::DialogPilot pilot(std::chrono::seconds(30));
-        pilot.always(host::anyMessageBox(), host::click(IDOK));
-        SorvaneMail other;
-        EXPECT_FALSE(other.initialize());
-        EXPECT_FALSE(other.initialize());
-        FreeLibrary(library); // the test's own
-        EXPECT_EQ(GetModuleHandleW(L"MAPI32.DLL"), library);
+        SorvaneMail mail;
+        EXPECT_FALSE(initialize(mail));
+        EXPECT_FALSE(initialize(mail));
+        library.reset();
+        EXPECT_NE(GetModuleHandleW(L"MAPI32.DLL"), nullptr);
     }
     EXPECT_EQ(GetModuleHandleW(L"MAPI32.DLL"), nullptr);
+}
+
+// The engine.
+
+class MailExportWithoutLibraryTest : public MailExportFixture {};
+
+TEST_F(MailExportWithoutLibraryTest, IsReportedBeforeAnythingIsCopied) {
+    expectNoLibrary();
+    addPages(1);
+    EXPECT_EQ(run(), 1);
+    expectReport(155, "Failed to initialize mail");
+    EXPECT_THAT(tempRoot.list(), IsEmpty());
+}
+
+class MailExportWithInvalidLibraryTest : public MailExportFixture {};
+
+TEST_F(MailExportWithInvalidLibraryTest, IsShownAndReportedBeforeAnythingIsCopied) {
+    const PlantedLibrary library;
+    addPages(1);
+    EXPECT_EQ(runAndPress(IDOK), 1);
+    expectReport(155, "Failed to initialize mail");
+    EXPECT_EQ(box.text, invalidLibrary);
+    EXPECT_THAT(tempRoot.list(), IsEmpty());
 }
 
 } // namespace

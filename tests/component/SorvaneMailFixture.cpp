@@ -1,7 +1,7 @@
 // A mail transport under test: the system's library, a mail client of the test's, a parent window.
 #include "SorvaneMailFixture.h"
 
-#include "host/Text.h"
+#include "support/DialogInspection.h"
 
 #include <chrono>
 
@@ -17,11 +17,7 @@ std::unique_ptr<SorvaneMailMessage> SorvaneMailFixture::newMessage() {
 }
 
 bool SorvaneMailFixture::send(SorvaneMailMessage& message, CWnd* owner) {
-    host::DialogPilot pilot;
-    pilot.always(host::anyMessageBox(), [](HWND box) {
-        ADD_FAILURE() << "unexpected box: " << host::utf8(host::messageBoxText(box));
-        return host::click(IDOK)(box);
-    });
+    const test::NoMessageBoxes noBoxes;
     return message.send(owner);
 }
 

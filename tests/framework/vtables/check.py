@@ -72,7 +72,8 @@ def fields(text):
     for match in re.finditer(r"^\*\*\* Dumping AST Record Layout\n((?:.*\|.*\n)*)", text, re.MULTILINE):
         lines = re.findall(r"^ *\d+ \| ( *)(.*)$", re.sub(r"\b(class|struct) ", "", match[1]), re.MULTILINE)
         owner = lines[0][1]
-        if not owner.startswith(("ExportUtils::", "bxbase::ReferencedImpl<", "ExportToDirectoryData")):
+        if not owner.startswith(("ExportUtils::", "bxbase::ReferencedImpl<", "ExportToDirectoryData",
+                                 "ExportToMailData", "SorvaneMail", "MailAttachment")):
             continue
         # Two blanks deeper for everything that lies inside the line before; what lies inside a field is its own
         # business, what lies inside a base belongs to the class.

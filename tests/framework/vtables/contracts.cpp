@@ -11,6 +11,7 @@
 #include "SorvaneCommon/ExportEnginesManager.h"
 #include "SorvaneCommon/ExportFolder.h"
 #include "SorvaneCommon/SettingsStore.h"
+#include "SorvaneMail.h"
 #include "bxbase/ReferencedImpl.h"
 
 // A table is laid out where an object of the class is made, so each interface gets a class that can be made.
@@ -62,6 +63,9 @@ ExportToDirectoryFactory::~ExportToDirectoryFactory() = default;
 ExportToMailFactory::~ExportToMailFactory() = default;
 ExportToZipFactory::~ExportToZipFactory() = default;
 ExportToDirectoryData::~ExportToDirectoryData() = default;
+ExportToMailData::~ExportToMailData() = default;
+SorvaneMail::~SorvaneMail() = default;
+SorvaneMailMessage::~SorvaneMailMessage() = default;
 BXImage::Image::~Image() = default;
 
 void makeAll() {
@@ -78,4 +82,6 @@ void makeAll() {
     new bxbase::ReferencedImpl<ExportToMailFactory>;
     new bxbase::ReferencedImpl<ExportToZipFactory>;
     new bxbase::ReferencedImpl<BXImage::Image>;
+    new SorvaneMail;
+    new SorvaneMailMessage(nullptr);
 }

@@ -1,0 +1,55 @@
+// What a thousand exports to e-mail leave behind in the process and on the disk.
+#include "MailExportFixture.h"
+
+#include "support/ProcessHandles.h"
+
+namespace {
+
+using testing::ElementsAre;
+
+TEST(ProcessHandlesTest, SeeWhatIsOpened) {
+    const std::size_t handles = test::countHandles();
+    const std::size_t modules = test::countModules();
+    const std::size_t windows = test::countWindows();
+    HANDLE event = CreateEventW(nullptr, FALSE, FALSE, nullptr);
+    const HMODULE module = LoadLibraryW(L"recording_mail_client.dll");
+    CWnd window;
+    window.CreateEx(0, nullptr, L"", WS_POPUP, 0, 0, 9, 9, nullptr, nullptr);
+    EXPECT_EQ(test::countHandles(), handles + 1);
+    EXPECT_EQ(test::countModules(), modules + 1);
+    EXPECT_GT(test::countWindows(), windows);
+    CloseHandle(event);
+    FreeLibrary(module);
+    EXPECT_EQ(test::countHandles(), handles);
+    EXPECT_EQ(test::countModules(), modules);
+}
+
+class MailBalanceTest : public MailExportFixture {
+protected:
+    void exportTimes(int count) {
+        for (int i = 0; i < count; ++i)
+            ASSERT_EQ(engine->exportData(nullptr, errors), 0);
+    }
+};
+
+TEST_F(MailBalanceTest, OfAThousandExportsIsTheirDirectories) {
+    addPage(L"a.tif", "a");
+    addPageWithoutFile("b");
+    // What is made once and kept is there after the first.
+    exportTimes(3);
+    const std::size_t handles = test::countHandles();
+    const std::size_t modules = test::countModules();
+    const std::size_t windows = test::countWindows();
+    exportTimes(997);
+    EXPECT_EQ(test::countHandles(), handles);
+    EXPECT_EQ(test::countModules(), modules);
+    EXPECT_EQ(test::countWindows(), windows);
+    EXPECT_EQ(client.finished, 1000);
+    const std::vector<std::wstring> directories = tempRoot.list();
+    EXPECT_EQ(directories.size(), 1000U);
+    for (const std::wstring& directory : directories)
+        ASSERT_THAT(test::namesIn(tempRoot / directory), ElementsAre(L"Page-1.tif", L"Page-2.tif"));
+    EXPECT_THAT(scratch.list(), ElementsAre(L"texts.ini"));
+}
+
+} // namespace
