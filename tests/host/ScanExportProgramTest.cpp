@@ -255,6 +255,14 @@ TEST_F(ScanExportProgramTest, ABrokenComponentIsToldAbout) {
                                  "\\bin\\BasicExport.dll cannot be loaded: it refused to start.\n");
 }
 
+TEST_F(ScanExportProgramTest, HasAnAnsiCodePageThatLacksNoCharacter) {
+    replaceComponent(L"TellsCodePage");
+
+    EXPECT_EQ(run({L"--list"}).errors, "scanexport: The component " + folder.utf8() +
+                                           "\\bin\\BasicExport.dll cannot be loaded: it failed while "
+                                           "starting: code page 65001.\n");
+}
+
 TEST_F(ScanExportProgramTest, ACrashEndsItWithOneSentence) {
     replaceComponent(L"Crashes");
 
