@@ -148,7 +148,7 @@ TemporaryRoot::TemporaryRoot(const std::wstring& parent)
 
 TemporaryRoot::~TemporaryRoot() {
     bxdisk::setTempRoot({});
-    removeTree(directory);
+    removePageCopies(directory);
 }
 
 } // namespace host

@@ -8,8 +8,11 @@
 
 namespace host {
 
-/// A directory of the process's own under `parent`, made the root of bxdisk's temporary directories and
-/// removed at the end with everything in it.
+/// A directory of the process's own under `parent`, made the root of bxdisk's temporary directories.
+///
+/// At the end it loses the copies of pages, and is removed if nothing else is in it. Directories that engines have made
+/// stay, because a mail client may read the attachments in them after the export, even after the program. A start that
+/// comes more than a day later removes them.
 class TemporaryRoot {
 public:
     /// %TEMP%\Sorvane\ScanHost.
@@ -28,13 +31,12 @@ private:
     std::wstring directory;
 };
 
-/// Makes a directory under the root for the copy of a page. Nobody but the run itself reads it. False when it
-/// cannot be made; GetLastError() says why.
+/// Makes a directory under the root for the copy of a page. Nobody but the run itself reads it, so it goes with the
+/// run. False when it cannot be made; GetLastError() says why.
 bool createPageCopyDirectory(std::wstring& path);
 
-/// A run that crashed leaves its directory behind. Removes the copies of pages in those whose process is gone,
-/// and everything in those into which nothing has been put for a day: a mail client may still be reading
-/// attachments out of younger ones.
+/// Removes what ended runs have left: everything where nothing has been put in or taken out for a day, and elsewhere
+/// the copies of pages, which only a crashed run leaves.
 void removeStaleRoots(const std::wstring& parent);
 
 /// The name of a run's directory: the process and, because process numbers come round again, its start.

@@ -218,6 +218,7 @@ TEST_F(ScanExportProgramTest, LeavesNoTemporaryFiles) {
     addPage(L"a.tif");
 
     ASSERT_EQ(exportTo(out, {pages}).exitCode, 0u);
+    ASSERT_EQ(run({L"--to-zip", folder / L"a.zip", pages}).exitCode, 0u);
 
     EXPECT_FALSE(RemoveDirectoryW((folder / L"temp").c_str())) << "the temporary root was made elsewhere";
     EXPECT_TRUE(RemoveDirectoryW((folder / L"temp\\Sorvane\\ScanHost").c_str())) << "it is not empty";

@@ -23,6 +23,7 @@ using host::RunName;
 using host::TemporaryRoot;
 using testing::ElementsAre;
 using testing::IsEmpty;
+using testing::SizeIs;
 
 class TemporaryRootTest : public testing::Test {
 protected:
@@ -53,6 +54,14 @@ protected:
         return run.text();
     }
 
+    /// A directory with an attachment, as the mail engine makes it in the root that is there now.
+    std::wstring addEngineDirectory() const {
+        std::string directory;
+        EXPECT_TRUE(bxdisk::createTempDir("export-mail", directory));
+        folder.write(host::wide(directory).substr(folder.path().size() + 1) + L"\\page.tif", "x");
+        return host::wide(directory);
+    }
+
     /// A copy of a page in the root that is there now.
     std::wstring addPageCopy() const {
         std::wstring directory;
@@ -80,21 +89,52 @@ protected:
     test::TempFolder folder;
 };
 
-TEST_F(TemporaryRootTest, TakesTheTemporaryDirectoriesAndRemovesThemAtTheEnd) {
-    std::wstring path;
+TEST_F(TemporaryRootTest, TakesTheTemporaryDirectoriesUntilItsEnd) {
     {
         const TemporaryRoot root(folder / L"a\\b");
-        path = root.path();
-        std::string directory;
-        ASSERT_TRUE(bxdisk::createTempDir("mail", directory));
-        EXPECT_TRUE(host::wide(directory).starts_with(root.path() + L"\\mail"));
-        folder.write(host::wide(directory).substr(folder.path().size() + 1) + L"\\page.tif", "x");
+        EXPECT_TRUE(addEngineDirectory().starts_with(root.path() + L"\\export-mail"));
     }
-    EXPECT_EQ(GetFileAttributesW(path.c_str()), INVALID_FILE_ATTRIBUTES);
     std::string directory;
-    ASSERT_TRUE(bxdisk::createTempDir("mail", directory));
+    ASSERT_TRUE(bxdisk::createTempDir("export-mail", directory));
     EXPECT_FALSE(host::wide(directory).starts_with(folder.path()));
     RemoveDirectoryW(host::wide(directory).c_str());
+}
+
+TEST_F(TemporaryRootTest, IsGoneAtTheEndWhenNothingIsLeft) {
+    {
+        const TemporaryRoot root(folder.path());
+        addPageCopy();
+    }
+    EXPECT_THAT(folder.list(), IsEmpty());
+}
+
+TEST_F(TemporaryRootTest, LeavesWhatEnginesHaveMade) {
+    std::wstring attachments;
+    {
+        const TemporaryRoot root(folder.path());
+        attachments = addEngineDirectory();
+        addPageCopy();
+    }
+    EXPECT_EQ(test::readFile(attachments + L"\\page.tif"), "x");
+    EXPECT_THAT(test::namesIn(folder / RunName::ofThisProcess().text()), SizeIs(1)) << "the copy is there";
+}
+
+TEST_F(TemporaryRootTest, RemovesWhatEnginesHaveMadeADayAfterTheRun) {
+    for (const int hours : {25, 23}) {
+        std::wstring attachments;
+        {
+            const TemporaryRoot root(folder.path());
+            attachments = addEngineDirectory();
+        }
+        const std::wstring ended = folder / endedRun();
+        ASSERT_TRUE(MoveFileW((folder / RunName::ofThisProcess().text()).c_str(), ended.c_str()));
+        setAge(ended + attachments.substr(attachments.find_last_of(L'\\')), std::chrono::hours(hours));
+        setAge(ended, std::chrono::hours(hours));
+
+        { const TemporaryRoot root(folder.path()); }
+
+        EXPECT_EQ(exists(ended), hours < 24) << hours;
+    }
 }
 
 TEST_F(TemporaryRootTest, RemovesWhatACrashedRunLeftMoreThanADayAgo) {
