@@ -1,0 +1,122 @@
+// What callers of Simple MAPI hand over, read into drafts.
+#include "draftmail/MapiMessages.h"
+
+#include "draftmail/MapiError.h"
+
+#include <shlwapi.h>
+
+#include <utility>
+
+namespace draftmail {
+namespace {
+
+std::wstring fromCodePage(const char* text, UINT codePage) {
+    if (!text || !*text)
+        return {};
+    const int size = MultiByteToWideChar(codePage, 0, text, -1, nullptr, 0);
+    if (size == 0)
+        throw MapiError(MAPI_E_FAILURE);
+    std::wstring result(static_cast<std::size_t>(size), L'\0');
+    MultiByteToWideChar(codePage, 0, text, -1, result.data(), size);
+    result.pop_back();
+    return result;
+}
+
+/// What comes after the last folder: some callers give a path as the name too.
+std::wstring withoutFolder(const std::wstring& path) {
+    return path.substr(path.find_last_of(L"\\/") + 1);
+}
+
+Attachment attachment(const std::wstring& path, const std::wstring& name) {
+    if (path.empty())
+        throw MapiError(MAPI_E_ATTACHMENT_NOT_FOUND);
+    std::wstring shown = withoutFolder(name);
+    if (shown.empty())
+        shown = withoutFolder(path);
+    return {path, std::move(shown)};
+}
+
+Mailbox mailbox(const std::wstring& name, const std::wstring& address) {
+    constexpr std::wstring_view prefix = L"SMTP:";
+    const bool prefixed = StrCmpNIW(address.c_str(), prefix.data(), static_cast<int>(prefix.size())) == 0;
+    Mailbox box{utf8(name), utf8(prefixed ? address.substr(prefix.size()) : address)};
+    if (box.address.empty())
+        std::swap(box.name, box.address);
+    if (!isAddress(box.address))
+        throw MapiError(address.empty() ? MAPI_E_UNKNOWN_RECIPIENT : MAPI_E_INVALID_RECIPS);
+    return box;
+}
+
+std::vector<Mailbox>& recipientsOf(Draft& draft, ULONG recipientClass) {
+    switch (recipientClass) {
+    case MAPI_TO:
+        return draft.to;
+    case MAPI_CC:
+        return draft.cc;
+    case MAPI_BCC:
+        return draft.bcc;
+    default:
+        throw MapiError(MAPI_E_BAD_RECIPTYPE);
+    }
+}
+
+/// @param text  makes UTF-16 of the message's texts, which may be missing
+template <typename Message, typename Text> Draft draftOf(const Message& message, const Text& text) {
+    if (message.nFileCount > mostFiles)
+        throw MapiError(MAPI_E_TOO_MANY_FILES);
+    if (message.nRecipCount > mostRecipients)
+        throw MapiError(MAPI_E_TOO_MANY_RECIPIENTS);
+    if ((message.nFileCount != 0 && !message.lpFiles) || (message.nRecipCount != 0 && !message.lpRecips))
+        throw MapiError(MAPI_E_FAILURE);
+
+    Draft draft;
+    draft.subject = text(message.lpszSubject);
+    draft.note = text(message.lpszNoteText);
+    for (ULONG i = 0; i < message.nRecipCount; ++i) {
+        const auto& recipient = message.lpRecips[i];
+        recipientsOf(draft, recipient.ulRecipClass)
+            .push_back(mailbox(text(recipient.lpszName), text(recipient.lpszAddress)));
+    }
+    for (ULONG i = 0; i < message.nFileCount; ++i) {
+        const auto& file = message.lpFiles[i];
+        draft.attachments.push_back(attachment(text(file.lpszPathName), text(file.lpszFileName)));
+    }
+    return draft;
+}
+
+std::vector<std::wstring> split(const std::wstring& list, wchar_t delimiter) {
+    std::vector<std::wstring> parts;
+    if (list.empty())
+        return parts;
+    std::size_t start = 0;
+    for (std::size_t end = 0; (end = list.find(delimiter, start)) != std::wstring::npos; start = end + 1)
+        parts.push_back(list.substr(start, end - start));
+    parts.push_back(list.substr(start));
+    return parts;
+}
+
+} // namespace
+
+Draft draftOf(const MapiMessage& message, UINT codePage) {
+    return draftOf(message, [codePage](const char* text) { return fromCodePage(text, codePage); });
+}
+
+Draft draftOf(const MessageW& message) {
+    return draftOf(message, [](const wchar_t* text) { return text ? std::wstring(text) : std::wstring(); });
+}
+
+Draft draftOfDocuments(const char* delimiter, const char* paths, const char* names, UINT codePage) {
+    // Without a delimiter there is one document.
+    const wchar_t separator = fromCodePage(delimiter, codePage).c_str()[0];
+    const std::vector<std::wstring> pathList = split(fromCodePage(paths, codePage), separator);
+    std::vector<std::wstring> nameList = split(fromCodePage(names, codePage), separator);
+    if (pathList.size() > mostFiles)
+        throw MapiError(MAPI_E_TOO_MANY_FILES);
+    nameList.resize(pathList.size());
+    Draft draft;
+    for (std::size_t i = 0; i < pathList.size(); ++i)
+        draft.attachments.push_back(attachment(pathList[i], nameList[i]));
+    return draft;
+}
+
+} // namespace draftmail

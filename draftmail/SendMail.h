@@ -1,0 +1,32 @@
+// The calls of Simple MAPI that make a draft.
+//
+// They return the codes of Simple MAPI and let no exception out. The attachments are in the draft when they return,
+// so that the caller may remove its files. After a failure there is no draft.
+#pragma once
+
+#include "draftmail/Desktop.h"
+#include "draftmail/MapiMessages.h"
+
+#include <windows.h>
+
+#include <mapi.h>
+
+namespace draftmail {
+
+// A draft is written and opened whatever is registered for it: SUCCESS_SUCCESS means that it is there. A program
+// that cannot be opened is no failure, because the system has told the user already, the draft can be opened by
+// hand, and a caller told of a failure would be asked to try again and leave a second draft. When the user
+// dismisses the system's question for a program, the result is MAPI_E_USER_ABORT; the draft stays.
+//
+// Only a call with MAPI_DIALOG is served. Without it the caller wants the message sent with no further question,
+// which nobody here can do: MAPI_E_NOT_SUPPORTED.
+
+/// @param owner  the caller's window or 0
+ULONG sendMail(const MapiMessage* message, FLAGS flags, ULONG_PTR owner, Desktop& desktop) noexcept;
+ULONG sendMail(const MessageW* message, FLAGS flags, ULONG_PTR owner, Desktop& desktop) noexcept;
+
+/// The same for files listed in texts, as MAPISendDocuments takes them.
+ULONG sendDocuments(ULONG_PTR owner, const char* delimiter, const char* paths, const char* names,
+                    Desktop& desktop) noexcept;
+
+} // namespace draftmail

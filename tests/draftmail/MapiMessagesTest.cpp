@@ -1,0 +1,190 @@
+// What callers of Simple MAPI hand over.
+#include "draftmail/MapiMessages.h"
+#include "draftmail/MapiError.h"
+
+#include <gmock/gmock.h>
+
+#include <array>
+
+namespace {
+
+using draftmail::Draft;
+using draftmail::draftOf;
+using draftmail::draftOfDocuments;
+using testing::ElementsAre;
+using testing::Field;
+using testing::IsEmpty;
+
+constexpr UINT western = 1252;
+constexpr UINT centralEuropean = 1250;
+
+auto isMailbox(const std::string& name, const std::string& address) {
+    return testing::AllOf(Field(&draftmail::Mailbox::name, name),
+                          Field(&draftmail::Mailbox::address, address));
+}
+
+auto isAttachment(const std::wstring& path, const std::wstring& name) {
+    return testing::AllOf(Field(&draftmail::Attachment::path, path),
+                          Field(&draftmail::Attachment::name, name));
+}
+
+/// A text that the records take, which do not promise to leave it alone.
+char* text(const char* literal) {
+    return const_cast<char*>(literal);
+}
+
+class MapiMessagesTest : public testing::Test {
+protected:
+    void attach(const char* path, const char* name) {
+        file.lpszPathName = text(path);
+        file.lpszFileName = text(name);
+        message.nFileCount = 1;
+        message.lpFiles = &file;
+    }
+
+    void address(ULONG recipientClass, const char* name, const char* address) {
+        recipient.ulRecipClass = recipientClass;
+        recipient.lpszName = text(name);
+        recipient.lpszAddress = text(address);
+        message.nRecipCount = 1;
+        message.lpRecips = &recipient;
+    }
+
+    ULONG failure() {
+        try {
+            draftOf(message, western);
+        } catch (const draftmail::MapiError& error) {
+            return error.code();
+        }
+        return SUCCESS_SUCCESS;
+    }
+
+    MapiMessage message{};
+    MapiFileDesc file{};
+    MapiRecipDesc recipient{};
+};
+
+TEST_F(MapiMessagesTest, AnEmptyMessageIsAnEmptyDraft) {
+    const Draft draft = draftOf(message, western);
+    EXPECT_EQ(draft.subject, L"");
+    EXPECT_EQ(draft.note, L"");
+    EXPECT_THAT(draft.attachments, IsEmpty());
+    EXPECT_THAT(draft.to, IsEmpty());
+}
+
+TEST_F(MapiMessagesTest, TextsAreInTheCodePage) {
+    message.lpszSubject = text("\xF8");
+    message.lpszNoteText = text("\xE9");
+    attach("C:\\\xF8\\x", "\xF8.tif");
+    const Draft czech = draftOf(message, centralEuropean);
+    EXPECT_EQ(czech.subject, L"\u0159");
+    EXPECT_EQ(czech.note, L"\u00E9");
+    EXPECT_THAT(czech.attachments, ElementsAre(isAttachment(L"C:\\\u0159\\x", L"\u0159.tif")));
+    EXPECT_EQ(draftOf(message, western).subject, L"\u00F8");
+}
+
+TEST_F(MapiMessagesTest, TheCodePageMayBeUtf8) {
+    message.lpszSubject = text("\xC5\x99");
+    EXPECT_EQ(draftOf(message, CP_UTF8).subject, L"\u0159");
+    message.lpszSubject = text("a\xFFz");
+    EXPECT_EQ(draftOf(message, CP_UTF8).subject, L"a\uFFFDz");
+}
+
+TEST_F(MapiMessagesTest, UnicodeMessagesKeepTheirTexts) {
+    wchar_t subject[] = L"\u0159\u20AC";
+    wchar_t path[] = L"C:\\\u4E2D";
+    draftmail::FileDescW wideFile{};
+    wideFile.lpszPathName = path;
+    draftmail::MessageW wide{};
+    wide.lpszSubject = subject;
+    wide.nFileCount = 1;
+    wide.lpFiles = &wideFile;
+    const Draft draft = draftOf(wide);
+    EXPECT_EQ(draft.subject, subject);
+    EXPECT_THAT(draft.attachments, ElementsAre(isAttachment(path, L"\u4E2D")));
+}
+
+TEST_F(MapiMessagesTest, AnAttachmentWithoutANameHasThatOfItsFile) {
+    for (const char* name : {static_cast<const char*>(nullptr), "", "C:\\"}) {
+        attach("C:\\scans\\1.tif", name);
+        EXPECT_THAT(draftOf(message, western).attachments,
+                    ElementsAre(isAttachment(L"C:\\scans\\1.tif", L"1.tif")));
+    }
+}
+
+TEST_F(MapiMessagesTest, AnAttachmentsNameHasNoFolder) {
+    attach("C:\\x", "..\\../a.tif");
+    EXPECT_THAT(draftOf(message, western).attachments, ElementsAre(isAttachment(L"C:\\x", L"a.tif")));
+}
+
+TEST_F(MapiMessagesTest, AnAttachmentWithoutAPathIsNotFound) {
+    for (const char* path : {static_cast<const char*>(nullptr), ""}) {
+        attach(path, "a.tif");
+        EXPECT_EQ(failure(), static_cast<ULONG>(MAPI_E_ATTACHMENT_NOT_FOUND));
+    }
+}
+
+TEST_F(MapiMessagesTest, RecipientsAreOfThreeKinds) {
+    address(MAPI_TO, "Jana", "SMTP:a@example.com");
+    EXPECT_THAT(draftOf(message, western).to, ElementsAre(isMailbox("Jana", "a@example.com")));
+    address(MAPI_CC, nullptr, "smtp:a@example.com");
+    EXPECT_THAT(draftOf(message, western).cc, ElementsAre(isMailbox("", "a@example.com")));
+    address(MAPI_BCC, "J\xF8", "a@example.com");
+    EXPECT_THAT(draftOf(message, western).bcc, ElementsAre(isMailbox("J\xC3\xB8", "a@example.com")));
+    address(MAPI_ORIG, "", "a@example.com");
+    EXPECT_EQ(failure(), static_cast<ULONG>(MAPI_E_BAD_RECIPTYPE));
+}
+
+TEST_F(MapiMessagesTest, ARecipientsNameMayBeTheAddress) {
+    address(MAPI_TO, "a@example.com", nullptr);
+    EXPECT_THAT(draftOf(message, western).to, ElementsAre(isMailbox("", "a@example.com")));
+}
+
+TEST_F(MapiMessagesTest, ARecipientWithoutAnAddressIsUnknown) {
+    address(MAPI_TO, "Jana", nullptr);
+    EXPECT_EQ(failure(), static_cast<ULONG>(MAPI_E_UNKNOWN_RECIPIENT));
+}
+
+TEST_F(MapiMessagesTest, AnAddressThatCouldEndItsFieldIsInvalid) {
+    address(MAPI_TO, "Jana", "a@example.com>\r\nX: y");
+    EXPECT_EQ(failure(), static_cast<ULONG>(MAPI_E_INVALID_RECIPS));
+}
+
+TEST_F(MapiMessagesTest, CountsBeyondReasonAreRefusedUnread) {
+    message.nFileCount = draftmail::mostFiles + 1;
+    EXPECT_EQ(failure(), static_cast<ULONG>(MAPI_E_TOO_MANY_FILES));
+    message.nFileCount = 0;
+    message.nRecipCount = draftmail::mostRecipients + 1;
+    EXPECT_EQ(failure(), static_cast<ULONG>(MAPI_E_TOO_MANY_RECIPIENTS));
+}
+
+TEST_F(MapiMessagesTest, CountsWithoutRecordsFail) {
+    message.nFileCount = 1;
+    EXPECT_EQ(failure(), static_cast<ULONG>(MAPI_E_FAILURE));
+    message.nFileCount = 0;
+    message.nRecipCount = 1;
+    EXPECT_EQ(failure(), static_cast<ULONG>(MAPI_E_FAILURE));
+}
+
+TEST_F(MapiMessagesTest, AsManyFilesAsAllowedAreTaken) {
+    std::vector<MapiFileDesc> files(draftmail::mostFiles,
+                                    MapiFileDesc{0, 0, 0, text("C:\\x"), nullptr, nullptr});
+    message.nFileCount = draftmail::mostFiles;
+    message.lpFiles = files.data();
+    EXPECT_EQ(draftOf(message, western).attachments.size(), draftmail::mostFiles);
+}
+
+TEST(DocumentsTest, AreSplitAtTheDelimiter) {
+    EXPECT_THAT(draftOfDocuments(";", "C:\\a;C:\\b;C:\\c", "one;;", western).attachments,
+                ElementsAre(isAttachment(L"C:\\a", L"one"), isAttachment(L"C:\\b", L"b"),
+                            isAttachment(L"C:\\c", L"c")));
+}
+
+TEST(DocumentsTest, MayBeOneOrNone) {
+    EXPECT_THAT(draftOfDocuments(nullptr, "C:\\a;b", nullptr, western).attachments,
+                ElementsAre(isAttachment(L"C:\\a;b", L"a;b")));
+    EXPECT_THAT(draftOfDocuments(";", nullptr, nullptr, western).attachments, IsEmpty());
+    EXPECT_THAT(draftOfDocuments(";", "", "names", western).attachments, IsEmpty());
+}
+
+} // namespace
