@@ -1,0 +1,36 @@
+// Makes DraftMail the mail client that Simple MAPI calls, and undoes it.
+//
+// Below the key of mail clients each has a key by its name, with the value "DLLPath", and the key's default value
+// names the one that is called. One DLL is called for all programs, so while this 64-bit one is registered, 32-bit
+// programs have no mail client.
+#pragma once
+
+#include <windows.h>
+
+#include <string>
+
+namespace draftmail {
+
+/// Where mail clients are registered. The key need not exist.
+struct ClientsKey {
+    HKEY root;
+    std::wstring path;
+
+    /// Where this system's Simple MAPI looks: in the user's own registry, which takes precedence on Windows; in the
+    /// computer's under Wine, which knows no other.
+    static ClientsKey ofThisSystem();
+};
+
+/// Makes DraftMail the registered client, remembering below its own key what was there before. Registering again
+/// only changes the path, or makes it the client again when another took its place. After a failure everything is
+/// as it was, as far as the registry allows.
+/// @param dllPath  the full path of DraftMail.dll
+/// @return an error code of Windows: ERROR_ALREADY_EXISTS when a client of that name is registered that is not this
+///         one, and ERROR_ACCESS_DENIED when the user may not register clients there
+LSTATUS registerDraftMail(const ClientsKey& clients, const std::wstring& dllPath);
+
+/// Puts back what was there before registerDraftMail(). A client that has been registered since stays so.
+/// @return an error code of Windows: ERROR_FILE_NOT_FOUND when DraftMail is not registered
+LSTATUS unregisterDraftMail(const ClientsKey& clients);
+
+} // namespace draftmail
