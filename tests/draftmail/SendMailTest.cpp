@@ -123,6 +123,18 @@ TEST_F(SendMailTest, HasCopiedTheAttachmentsWhenItOpensTheDraft) {
     EXPECT_THAT(test::readFile(desktop.opened.at(0)), HasSubstr("Zm9vYmFy"));
 }
 
+TEST_F(SendMailTest, TakesAThousandAttachments) {
+    std::vector<MapiFileDesc> files(1000, file);
+    message.nFileCount = 1000;
+    message.lpFiles = files.data();
+    ASSERT_EQ(send(), static_cast<ULONG>(SUCCESS_SUCCESS));
+    const std::string bytes = test::readFile(desktop.opened.at(0));
+    std::size_t count = 0;
+    for (std::size_t at = 0; (at = bytes.find("\r\nZm9vYmFy\r\n", at)) != std::string::npos; ++at)
+        ++count;
+    EXPECT_EQ(count, 1000U);
+}
+
 TEST_F(SendMailTest, SucceedsThoughNoProgramOpensTheDraft) {
     desktop.openError = ERROR_NO_ASSOCIATION;
     EXPECT_EQ(send(), static_cast<ULONG>(SUCCESS_SUCCESS));

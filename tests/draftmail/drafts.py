@@ -74,3 +74,4 @@ for case, note in NOTES.items():
 draft("names", "S", " ", [(name, name.encode()) for name in NAMES.values()])
 sizes = [0, 1, 2, 3, 56, 57, 58, 57 * 4096 - 1, 57 * 4096, 57 * 4096 + 1, 5_000_000]
 draft("sizes", "S", " ", [(f"{size}.bin", noise.randbytes(size)) for size in sizes])
+draft("many", "S", " ", [(f"Page-{number:03}.tif", noise.randbytes(number)) for number in range(1, 151)])
