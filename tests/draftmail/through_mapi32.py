@@ -1,0 +1,86 @@
+#!/usr/bin/env python3
+"""Sends mail as any program does, through Wine's own MAPI32.DLL to the registered client, and reads the draft.
+
+through_mapi32.py FOLDER WINE_RUN TOOL DLL: has a Wine prefix of its own in FOLDER, because the registration, the
+documents' folder and the program for mail messages are the whole prefix's.
+"""
+import os
+import pathlib
+import shutil
+import subprocess
+import sys
+import time
+
+sys.path.insert(0, str(pathlib.Path(__file__).parent))
+from draftcheck import Tool, check, expect_draft, only_draft_in  # noqa: E402
+
+folder = pathlib.Path(sys.argv[1]).resolve()
+wine_run = [sys.argv[2], str(folder)]
+tool = Tool([*wine_run, sys.argv[3]])
+dll = tool.path(sys.argv[4])
+documents = folder / "Documents"
+drafts = documents / "Drafts"
+record = folder / "opened.txt"
+
+NOT_FOUND = 11
+ACCESS_DENIED = 6
+JPEG = bytes(range(256)) * 100
+
+
+def wine(*words):
+    subprocess.run([*wine_run, *words], check=True, stdout=subprocess.DEVNULL, timeout=100)
+
+
+def registered_clients():
+    exported = folder / "clients.reg"
+    exported.unlink(missing_ok=True)
+    wine("reg.exe", "export", r"HKLM\Software\Clients", tool.path(exported), "/y")
+    return exported.read_bytes()
+
+
+def opened_draft():
+    """The path that the program for mail messages was given; the system starts it on its own."""
+    deadline = time.monotonic() + 60
+    while not (record.exists() and record.read_text().endswith("\n")):
+        if time.monotonic() > deadline:
+            raise SystemExit("no program was started to open the draft")
+        time.sleep(0.02)
+    return record.read_text()
+
+
+def expect_sent(function, subject, name):
+    shutil.rmtree(drafts, ignore_errors=True)
+    record.unlink(missing_ok=True)
+    check(function, tool(function, subject, " ", name, tool.path(source)), 0)
+    draft = only_draft_in(drafts)
+    expect_draft(function, draft, subject, " ", [(name, JPEG)])
+    check(f"{function}: opened", opened_draft(), tool.path(draft) + "\n")
+
+
+for leftover in (documents, record):
+    shutil.rmtree(leftover) if leftover.is_dir() else leftover.unlink(missing_ok=True)
+documents.mkdir(parents=True)
+source = folder / "source"
+source.write_bytes(JPEG)
+try:
+    wine("reg.exe", "add", r"HKCU\Software\Microsoft\Windows\CurrentVersion\Explorer\User Shell Folders",
+         "/v", "Personal", "/d", tool.path(documents), "/f")
+    wine("reg.exe", "add", r"HKCR\.eml", "/ve", "/d", "TestMailProgram", "/f")
+    wine("reg.exe", "add", r"HKCR\TestMailProgram\shell\open\command", "/ve", "/f",
+         "/d", f'"{tool.path(sys.argv[3])}" opened "{tool.path(record)}" "%1"')
+
+    before = registered_clients()
+    check("register", tool("register", dll), 0)
+    expect_sent("send", "Invoices caf\u00e9", "Page-1.jpg")
+    expect_sent("sendw", "Faktury \u0159\u00edjen", "P\u0159\u00edloha \u4e2d.jpg")
+
+    check("missing attachment", tool("send", "S", " ", "a.jpg", tool.path(folder / "none")), NOT_FOUND)
+    check("drafts after a failure", len(list(drafts.iterdir())), 1)
+    shutil.rmtree(drafts)
+    drafts.write_bytes(b"a file in the place of the folder")
+    check("no folder for drafts", tool("send", "S", " ", "a.jpg", tool.path(source)), ACCESS_DENIED)
+
+    check("unregister", tool("unregister"), 0)
+    check("clients after unregistering", registered_clients(), before)
+finally:
+    subprocess.run(["wineserver", "-k"], env={**os.environ, "WINEPREFIX": str(folder / "wine-null")})
