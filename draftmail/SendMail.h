@@ -13,10 +13,9 @@
 
 namespace draftmail {
 
-// A draft is written and opened whatever is registered for it: SUCCESS_SUCCESS means that it is there. A program
-// that cannot be opened is no failure, because the system has told the user already, the draft can be opened by
-// hand, and a caller told of a failure would be asked to try again and leave a second draft. When the user
-// dismisses the system's question for a program, the result is MAPI_E_USER_ABORT; the draft stays.
+// SUCCESS_SUCCESS means that the draft is there. That no program opened it is no failure: the user has been told where
+// it is and can open it by hand, and a caller told of a failure would be asked to try again and leave a second draft.
+// When the user wants no program to open it, the result is MAPI_E_USER_ABORT; the draft stays.
 //
 // Only a call with MAPI_DIALOG is served. Without it the caller wants the message sent with no further question,
 // which nobody here can do: MAPI_E_NOT_SUPPORTED.
