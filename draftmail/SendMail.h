@@ -17,6 +17,8 @@ namespace draftmail {
 // it is and can open it by hand, and a caller told of a failure would be asked to try again and leave a second draft.
 // When the user wants no program to open it, the result is MAPI_E_USER_ABORT; the draft stays.
 //
+// Texts are in the ANSI code page of the process, which may be UTF-8.
+//
 // Only a call with MAPI_DIALOG is served. Without it the caller wants the message sent with no further question,
 // which nobody here can do: MAPI_E_NOT_SUPPORTED.
 

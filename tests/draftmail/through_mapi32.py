@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """Sends mail as any program does, through Wine's own MAPI32.DLL to the registered client, and reads the draft.
 
-through_mapi32.py FOLDER WINE_RUN TOOL DLL: has a Wine prefix of its own in FOLDER, because the registration, the
-documents' folder and the program for mail messages are the whole prefix's.
+through_mapi32.py FOLDER WINE_RUN TOOL UTF8_TOOL DLL: has a Wine prefix of its own in FOLDER, because the registration,
+the documents' folder and the program for mail messages are the whole prefix's.
 """
 import os
 import pathlib
@@ -17,7 +17,8 @@ from draftcheck import Tool, check, expect_draft, only_draft_in  # noqa: E402
 folder = pathlib.Path(sys.argv[1]).resolve()
 wine_run = [sys.argv[2], str(folder)]
 tool = Tool([*wine_run, sys.argv[3]])
-dll = tool.path(sys.argv[4])
+utf8_tool = Tool([*wine_run, sys.argv[4]])
+dll = tool.path(sys.argv[5])
 documents = folder / "Documents"
 drafts = documents / "Drafts"
 record = folder / "opened.txt"
@@ -84,6 +85,7 @@ try:
     wine("reg.exe", "add", r"HKCR\TestMailProgram\shell\open\command", "/ve", "/f",
          "/d", f'"{tool.path(sys.argv[3])}" opened "{tool.path(record)}" "%1"')
     expect_sent(tool, "send", "Invoices caf\u00e9", "Page-1.jpg")
+    expect_sent(utf8_tool, "send", "Faktury \u0159\u00edjen \u4e2d", "P\u0159\u00edloha.jpg")
     expect_sent(tool, "sendw", "Faktury \u0159\u00edjen", "P\u0159\u00edloha \u4e2d.jpg")
 
     check("missing attachment", tool("send", "S", " ", "a.jpg", tool.path(folder / "none")), NOT_FOUND)
