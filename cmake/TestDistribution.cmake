@@ -18,3 +18,8 @@ endfunction()
 
 expect_output("[0-9]+\\.[0-9]+\\.[0-9]+" --version)
 expect_output("exportdata-factory\\.dir\\.file.*exportdata-factory\\.mail\\.file.*exportdata-factory\\.zip\\.file" --list)
+
+# No program needs the mail client until somebody registers it.
+if(NOT EXISTS "${unpacked}/${PACKAGE}/DraftMail.dll")
+    message(FATAL_ERROR "The ZIP has no DraftMail.dll.")
+endif()

@@ -2,7 +2,10 @@
 //
 // Below the key of mail clients each has a key by its name, with the value "DLLPath", and the key's default value
 // names the one that is called. One DLL is called for all programs, so while this 64-bit one is registered, 32-bit
-// programs have no mail client.
+// programs have no mail client. For that reason nothing registers it but a person's explicit wish.
+//
+// A program that offers this links the library draft_mail and gives the path of the DraftMail.dll beside itself, which
+// has to stay there as long as it is registered. On Windows it needs no rights that the person does not have.
 #pragma once
 
 #include <windows.h>
