@@ -277,6 +277,8 @@ public:
     LPCTSTR m_pszAppName;
 
 private:
+    friend class AfxThreadSnapshot;
+
     std::wstring name;
     std::vector<HWND> modelessWindows; ///< disabled by EnableModeless()
     int modelessDepth = 0;

@@ -29,6 +29,16 @@ AFX_MODULE_STATE* programState() {
     return &state;
 }
 
+std::vector<CWinApp*> applications() {
+    Registry& all = registry();
+    const std::lock_guard lock(all.mutex);
+    std::vector<CWinApp*> found;
+    for (const AFX_MODULE_STATE* state : all.states)
+        if (state->m_pCurrentWinApp)
+            found.push_back(state->m_pCurrentWinApp);
+    return found;
+}
+
 } // namespace
 
 AFX_MODULE_STATE::AFX_MODULE_STATE(HINSTANCE instance)
@@ -78,4 +88,26 @@ HINSTANCE AfxGetResourceHandle() {
 }
 CWinApp* AfxGetApp() {
     return AfxGetModuleState()->m_pCurrentWinApp;
+}
+
+AfxThreadSnapshot::AfxThreadSnapshot()
+    : moduleState(threadState().moduleState), currentMessage(threadState().currentMessage),
+      windowBeingCreated(threadState().windowBeingCreated), innermostCall(threadState().innermostCall) {
+    for (CWinApp* application : applications())
+        modelessDepths.emplace_back(application, application->modelessDepth);
+}
+
+void AfxThreadSnapshot::restore() const {
+    ThreadState& state = threadState();
+    state.moduleState = moduleState;
+    state.currentMessage = currentMessage;
+    state.windowBeingCreated = windowBeingCreated;
+    state.innermostCall = innermostCall;
+    for (CWinApp* application : applications()) {
+        const auto then = std::find_if(modelessDepths.begin(), modelessDepths.end(),
+                                       [&](const auto& known) { return known.first == application; });
+        const int depth = then == modelessDepths.end() ? 0 : then->second;
+        for (int leftOver = application->modelessDepth - depth; leftOver > 0; --leftOver)
+            application->EnableModeless(TRUE);
+    }
 }
