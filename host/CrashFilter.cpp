@@ -1,9 +1,10 @@
 // Ends a crashed program with one sentence instead of a dialog that nobody answers.
 #include "host/CrashFilter.h"
 
+#include "host/Crash.h"
+
 #include <windows.h>
 
-#include <cstdint>
 #include <cstdio>
 #include <cstring>
 #include <exception>
@@ -23,19 +24,9 @@ namespace {
 
 LONG WINAPI onCrash(EXCEPTION_POINTERS* crash) {
     const EXCEPTION_RECORD& record = *crash->ExceptionRecord;
-    HMODULE module = nullptr;
-    char path[MAX_PATH] = "";
-    GetModuleHandleExA(GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
-                       static_cast<const char*>(record.ExceptionAddress), &module);
-    if (module)
-        GetModuleFileNameA(module, path, MAX_PATH);
-    const char* separator = std::strrchr(path, '\\');
-    const auto offset =
-        reinterpret_cast<std::uintptr_t>(record.ExceptionAddress) - reinterpret_cast<std::uintptr_t>(module);
     char sentence[MAX_PATH + 100];
-    std::snprintf(sentence, sizeof sentence, "scanexport: Crashed with exception 0x%08lx at %s+0x%llx.\n",
-                  record.ExceptionCode, separator ? separator + 1 : "an unknown module",
-                  static_cast<unsigned long long>(offset));
+    std::snprintf(sentence, sizeof sentence, "scanexport: Crashed with %s.\n",
+                  describe({record.ExceptionCode, record.ExceptionAddress}).data());
     endWith(sentence);
 }
 

@@ -1,0 +1,24 @@
+// Calls that come back even when what they call crashes.
+#pragma once
+
+#include "host/Crash.h"
+
+#include <functional>
+#include <optional>
+
+namespace host {
+
+/// Calls the function and returns where it crashed; none when it did not.
+///
+/// A crash is a structured exception that no frame inside the call handles: one of severity "error" or one that cannot
+/// be continued. Frames inside come first, so that code which handles its own exceptions does not notice the guard.
+/// C++ exceptions of this compiler pass through, and so do messages to debuggers and breakpoints.
+///
+/// A crash abandons the frames of the call without running their C++ destructors: what they held stays held, memory,
+/// locks and modules. Calls nest.
+///
+/// Windows does not let exceptions out of a window procedure that it has called from the kernel; such a crash still
+/// ends the program.
+std::optional<Crash> callGuarded(const std::function<void()>& function);
+
+} // namespace host
