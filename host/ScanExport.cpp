@@ -11,6 +11,7 @@
 #include "host/DialogPilot.h"
 #include "host/EnginesManager.h"
 #include "host/ExportTarget.h"
+#include "host/GuardedExport.h"
 #include "host/HostError.h"
 #include "host/Options.h"
 #include "host/PageList.h"
@@ -94,7 +95,7 @@ public:
         const auto replaced = target->fileReplacedUnasked();
         const bool allowed = !replaced || application.mayOverwrite(*replaced);
         target->beforeExport();
-        const int code = allowed ? exportPages(*engine) : exitStopped;
+        const int code = allowed ? exportPages(*engine, owner) : exitStopped;
         if (code == exitStopped && application.hasProtectedPage())
             return exitFailed;
         if (code == exitDone)
@@ -171,7 +172,7 @@ private:
         return true;
     }
 
-    int exportPages(ExportEngine& engine) {
+    int exportPages(ExportEngine& engine, OwnerWindow& owner) {
         DialogPilot pilot(unattendedLimit);
         pilot.always(anyMessageBox(), [this](HWND box) {
             const bool isTwice = target->isToldByReason(utf8(messageBoxText(box)));
@@ -181,7 +182,7 @@ private:
             return true;
         });
         PrintingErrorSink errors(console, [this](const std::string& message) { return explain(message); });
-        return engine.exportData(nullptr, errors);
+        return exportGuarded(engine, owner, errors);
     }
 
     std::string explain(const std::string& message) const {
