@@ -46,6 +46,32 @@ TEST_F(SystemLogTest, DropsRecordsUntilItHasAFile) {
     EXPECT_THAT(written(), testing::IsEmpty());
 }
 
+struct CountingListener : bxutils::LogListener {
+    void logged(std::int32_t level, const char* message, const char* sourceFile,
+                std::int32_t line) noexcept override {
+        ++count;
+        last = std::to_string(level) + " " + sourceFile + ":" + std::to_string(line) + " " + message;
+    }
+    int count = 0;
+    std::string last;
+};
+
+TEST_F(SystemLogTest, TellsItsListenerEachRecordWithAndWithoutAFile) {
+    CountingListener listener;
+    bxutils::setSystemLogListener(&listener);
+    EXPECT_TRUE(bxutils::getSystemLogFormater()->isEnabled(0));
+    log("first");
+    EXPECT_EQ(listener.last, "2 tests/Source:7 first");
+    EXPECT_TRUE(bxutils::setSystemLogFile(file));
+    log("second");
+    bxutils::setSystemLogListener(nullptr);
+    log("third");
+
+    EXPECT_EQ(listener.count, 2);
+    EXPECT_EQ(listener.last, "2 tests/Source:7 second");
+    EXPECT_EQ(written().size(), 2u);
+}
+
 TEST_F(SystemLogTest, WritesTimeLevelPlaceAndMessage) {
     ASSERT_TRUE(bxutils::setSystemLogFile(file));
     bxutils::getSystemLogFormater()->log(0, "Failed to load \xC5\xBE", "Components/BasicExport/SorvaneMail",

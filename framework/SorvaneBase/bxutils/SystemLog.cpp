@@ -70,9 +70,14 @@ public:
         return file != INVALID_HANDLE_VALUE;
     }
 
+    void setListener(LogListener* newListener) {
+        const std::lock_guard lock(mutex);
+        listener = newListener;
+    }
+
     bool isEnabled(std::int32_t) const override {
         const std::lock_guard lock(mutex);
-        return file != INVALID_HANDLE_VALUE;
+        return file != INVALID_HANDLE_VALUE || listener;
     }
 
     void flush() override {
@@ -83,6 +88,8 @@ public:
 
     void log(std::int32_t level, const char* message, const char* sourceFile, std::int32_t line) override {
         const std::lock_guard lock(mutex);
+        if (listener)
+            listener->logged(level, message ? message : "", sourceFile ? sourceFile : "", line);
         if (file == INVALID_HANDLE_VALUE)
             return;
         try {
@@ -119,6 +126,7 @@ private:
 
     mutable std::mutex mutex;
     HANDLE file = INVALID_HANDLE_VALUE;
+    LogListener* listener = nullptr;
 };
 
 SystemLog& systemLog() {
@@ -134,6 +142,10 @@ LogFormaterInterface* getSystemLogFormater() {
 
 bool setSystemLogFile(const Sorvane::pstring& path) {
     return systemLog().open(path);
+}
+
+void setSystemLogListener(LogListener* listener) {
+    systemLog().setListener(listener);
 }
 
 } // namespace bxutils

@@ -38,4 +38,20 @@ SORVANEBASE_API LogFormaterInterface* getSystemLogFormater();
 /// are dropped then.
 SORVANEBASE_API bool setSystemLogFile(const Sorvane::pstring& path);
 
+/// Is told what is logged, for a host that says more to its user than the results of a component do.
+class LogListener {
+public:
+    /// One record, as it was given to the log. Comes on the thread that logs, which may be any, and never twice
+    /// at a time. Must not log itself.
+    virtual void logged(std::int32_t level, const char* message, const char* sourceFile,
+                        std::int32_t line) noexcept = 0;
+
+protected:
+    ~LogListener() = default;
+};
+
+/// From now on the listener is told each record, whether or not the log has a file; null ends that, and no call
+/// of the listener is still running afterwards. Not owned. There is one at a time.
+SORVANEBASE_API void setSystemLogListener(LogListener* listener);
+
 } // namespace bxutils
