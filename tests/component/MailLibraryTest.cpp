@@ -4,6 +4,7 @@
 #include "host/DialogPilot.h"
 #include "support/DialogInspection.h"
 #include "support/LogRecords.h"
+#include "support/mail/PlantedMailLibrary.h"
 
 #include <afxwin.h>
 
@@ -11,7 +12,6 @@
 
 #include <chrono>
 #include <memory>
-#include <stdexcept>
 #include <string>
 
 namespace {
@@ -23,39 +23,11 @@ constexpr char initializing[] = "2 Components/BasicExport/SorvaneMail:188 Initia
 constexpr wchar_t invalidLibrary[] =
     L"The system’s mail library MAPI32.DLL is not valid, so no e-mail can be sent.";
 
-void expectNoLibrary() {
-    const HMODULE found = LoadLibraryW(L"MAPI32.DLL");
-    ASSERT_EQ(found, nullptr) << "these tests need Wine's override mapi32=n, which ctest sets";
-}
-
-/// A library without MAPISendMail that is loaded as MAPI32.DLL, so that the system gives it for the name alone, too.
-class PlantedLibrary {
-public:
-    PlantedLibrary() {
-        wchar_t program[MAX_PATH] = L"";
-        GetModuleFileNameW(nullptr, program, MAX_PATH);
-        const std::wstring original =
-            std::wstring(program, wcsrchr(program, L'\\') + 1) + L"library_without_mail.dll";
-        const std::wstring planted = folder / L"MAPI32.DLL";
-        if (CopyFileW(original.c_str(), planted.c_str(), TRUE))
-            module = LoadLibraryW(planted.c_str());
-        if (!module || !GetProcAddress(module, "notMail"))
-            throw std::runtime_error("these tests need Wine's override mapi32=n, which ctest sets");
-    }
-    ~PlantedLibrary() { FreeLibrary(module); }
-    PlantedLibrary(const PlantedLibrary&) = delete;
-    PlantedLibrary& operator=(const PlantedLibrary&) = delete;
-
-private:
-    test::TempFolder folder;
-    HMODULE module = nullptr;
-};
-
 // The transport.
 
 class MissingMailLibraryTest : public testing::Test {
 protected:
-    void SetUp() override { expectNoLibrary(); }
+    void SetUp() override { test::expectNoMailLibrary(); }
 
     test::LogRecords log;
     SorvaneMail mail;
@@ -93,7 +65,7 @@ protected:
 };
 
 TEST_F(InvalidMailLibraryTest, IsShownAndNotLoggedAsAFailure) {
-    const PlantedLibrary library;
+    const test::PlantedMailLibrary library;
     SorvaneMail mail;
     EXPECT_FALSE(initialize(mail));
     EXPECT_EQ(prompt, invalidLibrary);
@@ -102,7 +74,7 @@ TEST_F(InvalidMailLibraryTest, IsShownAndNotLoggedAsAFailure) {
 }
 
 TEST_F(InvalidMailLibraryTest, StaysLoadedUntilTheTransportGoes) {
-    auto library = std::make_unique<PlantedLibrary>();
+    auto library = std::make_unique<test::PlantedMailLibrary>();
     {
         SorvaneMail mail;
         EXPECT_FALSE(initialize(mail));
@@ -118,7 +90,7 @@ TEST_F(InvalidMailLibraryTest, StaysLoadedUntilTheTransportGoes) {
 class MailExportWithoutLibraryTest : public MailExportFixture {};
 
 TEST_F(MailExportWithoutLibraryTest, IsReportedBeforeAnythingIsCopied) {
-    expectNoLibrary();
+    test::expectNoMailLibrary();
     addPages(1);
     EXPECT_EQ(run(), 1);
     expectReport(155, "Failed to initialize mail");
@@ -128,7 +100,7 @@ TEST_F(MailExportWithoutLibraryTest, IsReportedBeforeAnythingIsCopied) {
 class MailExportWithInvalidLibraryTest : public MailExportFixture {};
 
 TEST_F(MailExportWithInvalidLibraryTest, IsShownAndReportedBeforeAnythingIsCopied) {
-    const PlantedLibrary library;
+    const test::PlantedMailLibrary library;
     addPages(1);
     EXPECT_EQ(runAndPress(IDOK), 1);
     expectReport(155, "Failed to initialize mail");
