@@ -14,8 +14,10 @@ using SorvaneCommon::MessageDlgResult;
 using SorvaneCommon::MessageDlgType;
 
 ConsoleApplication::ConsoleApplication(std::wstring basePath, Console& console, Overwrite overwrite,
-                                       const FilePages& pages)
-    : HostApplication(std::move(basePath)), console(console), overwrite(overwrite) {
+                                       const FilePages& pages, SettingValues settings)
+    : HostApplication(std::move(basePath)),
+      settings(*HostApplication::getSettingsStore(), std::move(settings)), console(console),
+      overwrite(overwrite) {
     pagesByIdentity.reserve(pages.size());
     for (const auto& page : pages)
         pagesByIdentity.push_back(page.get());
@@ -29,7 +31,7 @@ MessageDlgResult ConsoleApplication::showMessage(HWND, MessageDlgType type, cons
         return MessageDlgResult::Ok;
     }
     const auto path = pathToOverwrite(text);
-    const bool yes = path ? mayOverwrite(*path) : console.canAsk() && confirm(text);
+    const bool yes = path ? mayOverwrite(*path) : confirm(text);
     return yes ? MessageDlgResult::Yes : MessageDlgResult::No;
 }
 
@@ -50,6 +52,8 @@ bool ConsoleApplication::mayOverwrite(const std::wstring& path) {
 }
 
 bool ConsoleApplication::confirm(const std::string& question) {
+    if (!console.canAsk())
+        return false;
     const auto answer = console.ask(question + " [y/N] ");
     return answer && (answer->starts_with('y') || answer->starts_with('Y'));
 }

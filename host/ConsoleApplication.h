@@ -5,6 +5,7 @@
 #include "host/FilePage.h"
 #include "host/HostApplication.h"
 #include "host/Options.h"
+#include "host/SettingsOverlay.h"
 
 #include <string>
 #include <vector>
@@ -17,11 +18,18 @@ namespace host {
 class ConsoleApplication : public HostApplication {
 public:
     /// @param console, pages  not owned; must outlive the application
-    ConsoleApplication(std::wstring basePath, Console& console, Overwrite overwrite, const FilePages& pages);
+    /// @param settings        take the place of those that the host remembers, and are not remembered
+    ConsoleApplication(std::wstring basePath, Console& console, Overwrite overwrite, const FilePages& pages,
+                       SettingValues settings = {});
+
+    SorvaneCommon::SettingsStore* getSettingsStore() override { return &settings; }
 
     SorvaneCommon::MessageDlgResult showMessage(HWND owner, SorvaneCommon::MessageDlgType type,
                                                 const Sorvane::u8string& text,
                                                 const Sorvane::u8string& title) override;
+
+    /// Asks on the console. The answer is no where there is nobody to ask.
+    bool confirm(const std::string& question);
 
     /// Whether the file that exists at the path may be overwritten. Says why not.
     bool mayOverwrite(const std::wstring& path);
@@ -30,9 +38,9 @@ public:
     bool hasProtectedPage() const noexcept { return protectedPage; }
 
 private:
-    bool confirm(const std::string& question);
     bool isPage(const std::wstring& path) const;
 
+    SettingsOverlay settings;
     Console& console;
     Overwrite overwrite;
     /// Sorted by identity.

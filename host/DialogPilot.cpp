@@ -55,6 +55,11 @@ DialogPilot& DialogPilot::always(Match match, Action action) {
     return *this;
 }
 
+DialogPilot& DialogPilot::ignore(Match match) {
+    ignored.push_back(std::move(match));
+    return *this;
+}
+
 std::string DialogPilot::failure() const {
     if (!failureText.empty() || steps.empty())
         return failureText;
@@ -67,8 +72,16 @@ void CALLBACK DialogPilot::onTimer(HWND, UINT, UINT_PTR, DWORD) {
         current->tick();
 }
 
+std::vector<HWND> DialogPilot::windowsToAnswer() const {
+    std::vector<HWND> windows = answerableWindows();
+    std::erase_if(windows, [this](HWND window) {
+        return std::ranges::any_of(ignored, [window](const Match& match) { return match(window); });
+    });
+    return windows;
+}
+
 void DialogPilot::tick() {
-    const std::vector<HWND> windows = answerableWindows();
+    const std::vector<HWND> windows = windowsToAnswer();
     if (!failureText.empty()) {
         giveUp(windows);
         return;

@@ -39,6 +39,9 @@ public:
     /// Adds a standing rule, which applies whenever no step does.
     DialogPilot& always(Match match, Action action);
 
+    /// Leaves such windows to whoever uses them: it does not act on them, nor count the time that they are open.
+    DialogPilot& ignore(Match match);
+
     /// Whether every step has been done and the pilot has not given up.
     bool succeeded() const { return steps.empty() && failureText.empty(); }
 
@@ -53,6 +56,7 @@ private:
     };
 
     static void CALLBACK onTimer(HWND, UINT, UINT_PTR, DWORD);
+    std::vector<HWND> windowsToAnswer() const;
     void tick();
     bool actOn(HWND window, const Match& match, const Action& action);
     void giveUp(const std::vector<HWND>& windows);
@@ -61,6 +65,7 @@ private:
     std::chrono::steady_clock::time_point lastProgress;
     std::deque<Step> steps;
     std::vector<Step> rules;
+    std::vector<Match> ignored;
     std::string failureText;
     UINT_PTR timer = 0;
     bool acting = false;

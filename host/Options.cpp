@@ -5,8 +5,11 @@
 #include "host/Text.h"
 
 #include <algorithm>
+#include <array>
+#include <functional>
 #include <limits>
 #include <set>
+#include <string_view>
 #include <utility>
 
 namespace host {
@@ -16,6 +19,7 @@ const char helpText[] =
 
   scanexport --to-dir DIR [options] PAGE...
   scanexport --to-zip FILE [options] PAGE...
+  scanexport --to-mail [options] PAGE...
   scanexport --list
 
 A PAGE is a file, a folder (its images and PDF files, sorted so that 2 comes before 10) or @LIST, a text
@@ -40,8 +44,18 @@ An archive that exists stays whole until the new one is complete and takes its p
 holds the pages packed so far, and the archive from before is kept beside it as FILE.bak, or "FILE (2).bak"
 and so on where that is taken.
 
+Export to e-mail:
+  --to-mail          hands the pages to the mail client, which shows them attached to a new message
+  --subject TEXT     subject of the message; without it, that of last time
+  --max-size KB      asks before more than this many KB of 1024 bytes are attached; never asks with 0 or less
+  --yes              answers that question with yes
+
+You address and send the message in the mail client. To close it there without sending it is no failure. The
+question is asked on the console; where there is none the answer is no, and the export ends with exit code 1.
+Without --max-size the host's setting Export.ToMail.MaxTotalSizeInKb counts.
+
 General:
-  --overwrite=WHAT   what to do about a file that exists already:
+  --overwrite=WHAT   what to do about a file that exists already; not with --to-mail:
                        ask   asks on the console, or does as with no where there is none (default of --to-dir)
                        yes   overwrites it (default of --to-zip)
                        no    ends the export there, with exit code 2
@@ -57,6 +71,21 @@ The log is in %LOCALAPPDATA%\Sorvane\ScanHost\ScanHost.log.
 )";
 
 namespace {
+
+/// An option that says what is to be done, and the options that go with it beside --lang.
+struct Purpose {
+    std::wstring_view option;
+    std::array<std::wstring_view, 7> companions;
+};
+
+// Where several are given, it is the first of them that the others do not go with.
+constexpr std::array<Purpose, 3> purposes{{
+    {L"--to-mail", {L"--subject", L"--max-size", L"--yes", L"--show-dialog"}},
+    {L"--to-zip", {L"--prefix", L"--overwrite", L"--show-dialog"}},
+    {L"--to-dir",
+     {L"--prefix", L"--digits", L"--start", L"--no-number", L"--parent-name", L"--overwrite",
+      L"--show-dialog"}},
+}};
 
 class Parser {
 public:
@@ -94,6 +123,8 @@ private:
             directory.directory = nonEmptyValue();
         else if (name == L"--to-zip")
             archive = nonEmptyValue();
+        else if (name == L"--to-mail")
+            flag();
         else if (name == L"--prefix")
             directory.prefix = value();
         else if (name == L"--digits")
@@ -104,6 +135,12 @@ private:
             directory.noNumber = flag();
         else if (name == L"--parent-name")
             directory.useParentFolderName = flag();
+        else if (name == L"--subject")
+            mail.subject = value();
+        else if (name == L"--max-size")
+            mail.maxSizeInKb = number(std::numeric_limits<int>::min());
+        else if (name == L"--yes")
+            mail.sendAnySize = flag();
         else if (name == L"--overwrite")
             options.overwrite = overwrite();
         else if (name == L"--lang")
@@ -147,14 +184,16 @@ private:
         options.command = std::max(options.command, command);
     }
 
-    int number() {
+    int number(int smallest = 0) {
         const std::wstring text = value();
-        bool ok = std::all_of(text.begin(), text.end(), [](wchar_t c) { return c >= L'0' && c <= L'9'; });
+        const std::size_t sign = text.starts_with(L'-') && smallest < 0 ? 1 : 0;
+        bool ok = std::all_of(text.begin() + static_cast<std::ptrdiff_t>(sign), text.end(),
+                              [](wchar_t c) { return c >= L'0' && c <= L'9'; });
         int result = 0;
         if (ok)
             result = Sorvane::string2Int(utf8(text), ok);
         if (!ok)
-            throw UsageError(utf8(name) + " needs a number from 0 to " +
+            throw UsageError(utf8(name) + " needs a number from " + std::to_string(smallest) + " to " +
                              std::to_string(std::numeric_limits<int>::max()) + ", not \"" + utf8(text) +
                              "\".");
         return result;
@@ -174,27 +213,40 @@ private:
     void check() {
         if (options.command != Options::Command::Export)
             return;
-        if (options.toDirectory.directory.empty() && archive.empty())
-            throw UsageError("Say where to export to with --to-dir or --to-zip.");
-        if (!archive.empty()) {
-            for (const wchar_t* foreign :
-                 {L"--to-dir", L"--digits", L"--start", L"--no-number", L"--parent-name"}) {
-                if (given.contains(foreign))
-                    throw UsageError(utf8(foreign) + " does not go with --to-zip.");
-            }
+        refuseOptionsBeside(purpose());
+        if (given.contains(L"--to-mail"))
+            options.toMail = mail;
+        else if (!archive.empty())
             options.toZip = {archive, std::exchange(options.toDirectory.prefix, {}).value_or(L"")};
-        }
         if (options.pages.empty())
             throw UsageError("There are no pages to export.");
+    }
+
+    const Purpose& purpose() const {
+        for (const Purpose& candidate : purposes) {
+            if (given.contains(candidate.option))
+                return candidate;
+        }
+        throw UsageError("Say where to export to with --to-dir, --to-zip or --to-mail.");
+    }
+
+    void refuseOptionsBeside(const Purpose& purpose) const {
+        for (const std::wstring& option : given) {
+            if (option != L"--lang" && option != purpose.option &&
+                std::ranges::find(purpose.companions, option) == purpose.companions.end())
+                throw UsageError(utf8(option) + " does not go with " + utf8(std::wstring(purpose.option)) +
+                                 ".");
+        }
     }
 
     std::vector<std::wstring>::const_iterator next;
     std::vector<std::wstring>::const_iterator end;
     Options options;
     std::wstring archive;
+    MailOptions mail;
     std::wstring name;
     std::optional<std::wstring> attached;
-    std::set<std::wstring> given;
+    std::set<std::wstring, std::less<>> given;
 };
 
 } // namespace

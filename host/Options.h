@@ -27,13 +27,21 @@ struct ZipOptions {
     std::wstring prefix;
 };
 
+/// What the person wants of the export to e-mail.
+struct MailOptions {
+    std::optional<std::wstring> subject; ///< without it what the dialog offers
+    std::optional<int> maxSizeInKb;      ///< without it the limit that the host remembers
+    bool sendAnySize = false;            ///< whether the limit may be exceeded without a question
+};
+
 struct Options {
     enum class Command { Export, List, Help, Version };
 
     Command command = Command::Export;
     DirectoryOptions toDirectory;
-    /// Set when this is the kind of export that is wanted.
+    // One is set when it is the kind of export that is wanted instead of that to a directory.
     std::optional<ZipOptions> toZip;
+    std::optional<MailOptions> toMail;
     std::optional<Overwrite> overwrite; ///< the kind of export decides otherwise
     std::optional<std::wstring> language;
     bool showDialog = false;

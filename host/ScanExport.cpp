@@ -24,17 +24,14 @@
 #include <commctrl.h>
 
 #include <algorithm>
-#include <chrono>
 #include <memory>
+#include <utility>
 
 namespace host {
 namespace {
 
 using SorvaneCommon::ExportEngine;
 using SorvaneCommon::ExportEngineFactory;
-
-// A dialog that nobody is there to answer must not hold up the program for ever.
-constexpr std::chrono::seconds unattendedLimit{60};
 
 std::wstring languageFile(const Surroundings& surroundings, const std::wstring& language) {
     return surroundings.programFolder + L"\\lang\\" + language + L".ini";
@@ -67,12 +64,14 @@ std::string dismiss(HWND box) {
 
 class ExportRun {
 public:
-    ExportRun(const Options& options, ProgressConsole& console, const FilePages& pages,
-              PagePosition& position)
-        : options(options), console(console), pages(pages), position(position),
+    ExportRun(const Options& options, ProgressConsole& console, const Surroundings& surroundings,
+              const FilePages& pages, PagePosition& position)
+        : options(options), console(console), surroundings(surroundings), pages(pages), position(position),
           target(makeExportTarget(options)) {}
 
     void checkBefore() const { target->checkBefore(pages); }
+
+    SettingValues settings() const { return target->settings(); }
 
     Overwrite overwrite() const { return options.overwrite.value_or(target->defaultOverwrite()); }
 
@@ -95,14 +94,14 @@ public:
         const auto replaced = target->fileReplacedUnasked();
         const bool allowed = !replaced || application.mayOverwrite(*replaced);
         target->beforeExport();
-        const int code = allowed ? exportPages(*engine, owner) : exitStopped;
+        const int code = allowed ? exportPages(*engine, application, owner) : exitStopped;
         if (code == exitStopped && application.hasProtectedPage())
             return exitFailed;
         if (code == exitDone)
             target->checkDone();
         if (code == exitDone && console.isWatched())
-            console.print(std::to_string(pages.size()) + (pages.size() == 1 ? " page" : " pages") +
-                          " exported to " + target->destination() + ".\n");
+            console.print(std::to_string(pages.size()) + (pages.size() == 1 ? " page " : " pages ") +
+                          target->outcome() + " " + target->destination() + ".\n");
         return code;
     }
 
@@ -144,7 +143,7 @@ private:
 
     bool confirmForPerson(ExportEngine& engine) {
         std::string refusal;
-        DialogPilot pilot(unattendedLimit);
+        DialogPilot pilot(surroundings.unattendedLimit);
         pilot.always(anyMessageBox(), [&](HWND box) {
             refusal = "The export to " + target->destination() + " is not possible: " + dismiss(box);
             return true;
@@ -172,8 +171,15 @@ private:
         return true;
     }
 
-    int exportPages(ExportEngine& engine, OwnerWindow& owner) {
-        DialogPilot pilot(unattendedLimit);
+    int exportPages(ExportEngine& engine, ConsoleApplication& application, OwnerWindow& owner) {
+        const bool isAttended = surroundings.isDesktopVisible();
+        DialogPilot pilot(surroundings.unattendedLimit);
+        if (isAttended)
+            pilot.ignore([this](HWND window) { return target->isForeign(window); });
+        pilot.always(anyMessageBox(), [&](HWND box) {
+            return target->answer(
+                box, [&application](const std::string& question) { return application.confirm(question); });
+        });
         pilot.always(anyMessageBox(), [this](HWND box) {
             const bool isTwice = target->isToldByReason(utf8(messageBoxText(box)));
             const std::string text = dismiss(box);
@@ -182,13 +188,17 @@ private:
             return true;
         });
         PrintingErrorSink errors(console, [this](const std::string& message) { return explain(message); });
-        return exportGuarded(engine, owner, errors);
+        const int code = exportGuarded(engine, owner, errors);
+        if (code == exitDone && !pilot.succeeded())
+            throw HostError("The export to " + target->destination() +
+                            " waited for somebody who was not there: " + pilot.failure() + ".");
+        return code;
     }
 
     std::string explain(const std::string& message) const {
         const auto index = position.current();
-        if (!index)
-            return "The export to " + target->destination() + " failed: " + message + ".";
+        if (!index || !target->concernsPage(message))
+            return target->sentenceFor(message);
         const FilePage& page = *pages[*index];
         std::string failure;
         try {
@@ -203,6 +213,7 @@ private:
 
     const Options& options;
     ProgressConsole& console;
+    const Surroundings& surroundings;
     const FilePages& pages;
     PagePosition& position;
     std::unique_ptr<ExportTarget> target;
@@ -211,9 +222,9 @@ private:
 /// What a loaded component finds around it, and the component itself. Gone again in the opposite order.
 struct ComponentSession {
     ComponentSession(const Surroundings& surroundings, Console& console, Overwrite overwrite,
-                     const FilePages& pages)
+                     const FilePages& pages, SettingValues settings)
         : temporaryRoot(surroundings.temporaryFolder),
-          application(surroundings.baseRegistryPath, console, overwrite, pages),
+          application(surroundings.baseRegistryPath, console, overwrite, pages, std::move(settings)),
           component(surroundings.programFolder + L"\\BasicExport.dll", manager) {}
 
     TemporaryRoot temporaryRoot;
@@ -224,7 +235,7 @@ struct ComponentSession {
 
 int printList(Console& console, const Surroundings& surroundings) {
     const FilePages noPages;
-    const ComponentSession session(surroundings, console, Overwrite::No, noPages);
+    const ComponentSession session(surroundings, console, Overwrite::No, noPages, {});
     for (const auto& factory : session.manager.getFactories()) {
         bxbase::Reference<BXImage::Image> icon;
         const std::string size = factory->getIcon(icon) ? std::to_string(icon->getWidth()) + "x" +
@@ -247,10 +258,10 @@ int exportPages(const Options& options, ProgressConsole& console, const Surround
         console.printError("scanexport: " + remark + "\n");
     if (list.pages.empty())
         throw HostError("There are no pages to export.");
-    ExportRun run(options, console, list.pages, position);
+    ExportRun run(options, console, surroundings, list.pages, position);
     run.checkBefore();
 
-    ComponentSession session(surroundings, console, run.overwrite(), list.pages);
+    ComponentSession session(surroundings, console, run.overwrite(), list.pages, run.settings());
     return run.run(session.manager, session.application);
 }
 

@@ -6,6 +6,7 @@
 #include "host/TemporaryRoot.h"
 #include "host/VisibleDesktop.h"
 
+#include <chrono>
 #include <functional>
 #include <string>
 #include <vector>
@@ -22,6 +23,8 @@ struct Surroundings {
     std::wstring temporaryFolder = TemporaryRoot::defaultParent();
     /// Whether somebody can see a dialog that is left to a person.
     std::function<bool()> isDesktopVisible = host::isDesktopVisible;
+    /// How long a dialog that nobody is there to answer may hold up the program.
+    std::chrono::milliseconds unattendedLimit = std::chrono::seconds(60);
 };
 
 /// Runs the program and gives its exit code. Everything it says goes to the console.

@@ -6,6 +6,7 @@
 
 #include <gmock/gmock.h>
 
+#include <climits>
 #include <ostream>
 
 namespace {
@@ -68,6 +69,36 @@ TEST(OptionsTest, ReadsTheOptionsOfTheZipArchive) {
     EXPECT_EQ(parseOptions({L"--to-zip=a.zip", L"a.tif"}).toZip->prefix, L"");
 }
 
+TEST(OptionsTest, ReadsTheOptionsOfTheMail) {
+    const Options options = parseOptions({L"--to-mail", L"--subject", L"Účty", L"--max-size", L"-1", L"--yes",
+                                          L"--show-dialog", L"--lang=cs", L"a.tif"});
+
+    ASSERT_TRUE(options.toMail);
+    EXPECT_FALSE(options.toZip);
+    EXPECT_THAT(options.toMail->subject, Optional(std::wstring(L"Účty")));
+    EXPECT_THAT(options.toMail->maxSizeInKb, Optional(-1));
+    EXPECT_TRUE(options.toMail->sendAnySize);
+    EXPECT_TRUE(options.showDialog);
+    EXPECT_THAT(options.pages, ElementsAre(L"a.tif"));
+}
+
+TEST(OptionsTest, WhatIsNotGivenOfTheMailStaysOpen) {
+    const Options options = parseOptions({L"a.tif", L"--to-mail"});
+
+    ASSERT_TRUE(options.toMail);
+    EXPECT_FALSE(options.toMail->subject);
+    EXPECT_FALSE(options.toMail->maxSizeInKb);
+    EXPECT_FALSE(options.toMail->sendAnySize);
+}
+
+TEST(OptionsTest, TakesEveryNumberOf32BitsAsTheLargestSize) {
+    for (const int size : {INT_MIN, -1024, 0, 1, 4194305, INT_MAX}) {
+        EXPECT_THAT(
+            parseOptions({L"--to-mail", L"--max-size", std::to_wstring(size), L"a.tif"}).toMail->maxSizeInKb,
+            Optional(size));
+    }
+}
+
 TEST(OptionsTest, ReadsTheValueAttachedWithAnEqualsSign) {
     const Options options =
         parseOptions({L"--to-dir=C:\\a=b", L"--prefix=", L"--overwrite=no", L"--start=2147483647", L"a.tif"});
@@ -120,8 +151,8 @@ TEST_P(WrongUsageTest, IsToldInASentence) {
 INSTANTIATE_TEST_SUITE_P(
     Options, WrongUsageTest,
     testing::Values(
-        WrongUsage{"Nothing", {}, "Say where to export to with --to-dir or --to-zip."},
-        WrongUsage{"NoTarget", {L"a.tif"}, "Say where to export to with --to-dir or --to-zip."},
+        WrongUsage{"Nothing", {}, "Say where to export to with --to-dir, --to-zip or --to-mail."},
+        WrongUsage{"NoTarget", {L"a.tif"}, "Say where to export to with --to-dir, --to-zip or --to-mail."},
         WrongUsage{"TwoTargets",
                    {L"--to-dir", L"out", L"--to-zip", L"a.zip", L"a.tif"},
                    "--to-dir does not go with --to-zip."},
@@ -137,6 +168,46 @@ INSTANTIATE_TEST_SUITE_P(
         WrongUsage{"ParentNameInZip",
                    {L"--to-zip", L"a.zip", L"--parent-name", L"a.tif"},
                    "--parent-name does not go with --to-zip."},
+        WrongUsage{"OverwriteInMail",
+                   {L"--to-mail", L"--overwrite=yes", L"a.tif"},
+                   "--overwrite does not go with --to-mail."},
+        WrongUsage{"PrefixInMail",
+                   {L"--prefix", L"x", L"--to-mail", L"a.tif"},
+                   "--prefix does not go with --to-mail."},
+        WrongUsage{"DirectoryAndMail",
+                   {L"--to-dir", L"out", L"--to-mail", L"a.tif"},
+                   "--to-dir does not go with --to-mail."},
+        WrongUsage{"ArchiveAndMail",
+                   {L"--to-mail", L"--to-zip", L"a.zip", L"a.tif"},
+                   "--to-zip does not go with --to-mail."},
+        WrongUsage{"SubjectInDirectory",
+                   {L"--to-dir", L"out", L"--subject=x", L"a.tif"},
+                   "--subject does not go with --to-dir."},
+        WrongUsage{"MaxSizeInZip",
+                   {L"--to-zip", L"a.zip", L"--max-size=1", L"a.tif"},
+                   "--max-size does not go with --to-zip."},
+        WrongUsage{
+            "YesInDirectory", {L"--to-dir", L"out", L"--yes", L"a.tif"}, "--yes does not go with --to-dir."},
+        WrongUsage{"SubjectAlone",
+                   {L"--subject=x", L"a.tif"},
+                   "Say where to export to with --to-dir, --to-zip or --to-mail."},
+        WrongUsage{"MailWithValue", {L"--to-mail=somebody", L"a.tif"}, "--to-mail takes no value."},
+        WrongUsage{"NoPagesForMail", {L"--to-mail"}, "There are no pages to export."},
+        WrongUsage{"SizeWithLetters",
+                   {L"--to-mail", L"--max-size=1k", L"a.tif"},
+                   "--max-size needs a number from -2147483648 to 2147483647, not \"1k\"."},
+        WrongUsage{"SizeWithBlank",
+                   {L"--to-mail", L"--max-size= 1", L"a.tif"},
+                   "--max-size needs a number from -2147483648 to 2147483647, not \" 1\"."},
+        WrongUsage{"SizeOfOnlyASign",
+                   {L"--to-mail", L"--max-size=-", L"a.tif"},
+                   "--max-size needs a number from -2147483648 to 2147483647, not \"-\"."},
+        WrongUsage{"SizeTooSmall",
+                   {L"--to-mail", L"--max-size=-2147483649", L"a.tif"},
+                   "--max-size needs a number from -2147483648 to 2147483647, not \"-2147483649\"."},
+        WrongUsage{"SizeTooLarge",
+                   {L"--to-mail", L"--max-size=2147483648", L"a.tif"},
+                   "--max-size needs a number from -2147483648 to 2147483647, not \"2147483648\"."},
         WrongUsage{"ArchiveEmpty", {L"--to-zip=", L"a.tif"}, "--to-zip needs a value that is not empty."},
         WrongUsage{"ArchiveTwice", {L"--to-zip=a", L"--to-zip=b"}, "--to-zip is given twice."},
         WrongUsage{"NoPagesForZip", {L"--to-zip", L"a.zip"}, "There are no pages to export."},
