@@ -37,8 +37,17 @@ apart() {
     "$@" </dev/null >>"$WINEPREFIX.log" 2>&1 9>&-
 }
 
+# Wine makes the documents' folder and its like links to the person's home folder, where what programs put there would
+# turn up.
+keep_to_itself() {
+    for place in "$WINEPREFIX"/drive_c/users/*/*; do
+        [ ! -L "$place" ] || { rm "$place" && mkdir "$place"; }
+    done
+}
+
 # Never fails: without a session the program starts one, only slower.
 start_session() {
+    keep_to_itself || :
     apart wineserver -p60 || :
     apart wine cmd.exe /c exit || :
 }

@@ -1,8 +1,8 @@
 #!/usr/bin/env python3
 """Sends mail as any program does, through Wine's own MAPI32.DLL to the registered client, and reads the draft.
 
-through_mapi32.py FOLDER WINE_RUN TOOL UTF8_TOOL DLL: has a Wine prefix of its own in FOLDER, because the registration,
-the documents' folder and the program for mail messages are the whole prefix's.
+through_mapi32.py FOLDER WINE_RUN TOOL UTF8_TOOL DLL: has a Wine prefix of its own in FOLDER, because the registration
+and the program for mail messages are the whole prefix's.
 """
 import os
 import pathlib
@@ -19,8 +19,7 @@ wine_run = [sys.argv[2], str(folder)]
 tool = Tool([*wine_run, sys.argv[3]])
 utf8_tool = Tool([*wine_run, sys.argv[4]])
 dll = tool.path(sys.argv[5])
-documents = folder / "Documents"
-drafts = documents / "Drafts"
+drive_c = folder / "wine-null" / "drive_c"
 record = folder / "opened.txt"
 
 NOT_FOUND = 11
@@ -61,17 +60,18 @@ def expect_draft_of(sender, function, subject, name):
 def expect_sent(sender, function, subject, name):
     record.unlink(missing_ok=True)
     draft = expect_draft_of(sender, function, subject, name)
-    check(f"{function}: opened", opened_draft(), tool.path(draft) + "\n")
+    check(f"{function}: opened", opened_draft(), "C:\\" + str(draft.relative_to(drive_c)).replace("/", "\\") + "\n")
 
 
-for leftover in (documents, record):
-    shutil.rmtree(leftover) if leftover.is_dir() else leftover.unlink(missing_ok=True)
-documents.mkdir(parents=True)
 source = folder / "source"
-source.write_bytes(JPEG)
 try:
-    wine("reg.exe", "add", r"HKCU\Software\Microsoft\Windows\CurrentVersion\Explorer\User Shell Folders",
-         "/v", "Personal", "/d", tool.path(documents), "/f")
+    # Makes the prefix if there is none yet.
+    wine("cmd.exe", "/c", "exit")
+    source.write_bytes(JPEG)
+    (documents,) = (path for path in drive_c.glob("users/*/Documents") if path.parent.name != "Public")
+    check("documents outside of the prefix", documents.is_symlink(), False)
+    drafts = documents / "Drafts"
+    drafts.unlink(missing_ok=True) if drafts.is_file() else shutil.rmtree(drafts, ignore_errors=True)
     # Left over from a run before.
     wine("reg.exe", "delete", r"HKCR\.eml", "/f", check=False)
 
