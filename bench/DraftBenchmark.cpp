@@ -45,6 +45,7 @@ int wmain(int argc, wchar_t** argv) {
     }
     std::vector<std::wstring> pages = filesIn(argv[1]);
     std::vector<draftmail::FileDescW> files;
+    files.reserve(pages.size());
     for (std::wstring& page : pages)
         files.push_back({0, 0, 0, page.data(), nullptr, nullptr});
     std::wstring subject = L"Pages";

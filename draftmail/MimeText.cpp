@@ -195,7 +195,7 @@ bool isAddress(std::string_view text) {
 std::string parameter(std::string_view name, std::string_view value) {
     const std::string start = ";\r\n " + std::string(name);
     // Not every program undoes the backslash before a quote.
-    const std::string plain = start + "=" + quoted(value);
+    std::string plain = start + "=" + quoted(value);
     if (isPlain(value) && value.find_first_of("\"\\") == std::string_view::npos &&
         plain.size() < lineEnd.size() + columns)
         return plain;

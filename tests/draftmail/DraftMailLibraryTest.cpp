@@ -123,9 +123,9 @@ DWORD nextThreadSlot() {
 
 // Simple MAPI loads and unloads its client with each message.
 TEST(DraftMailLibraryTest, LeavesNothingBehindWhenItIsUnloaded) {
-    constexpr int times = 20;
+    constexpr std::size_t times = 20;
     const auto use = [] {
-        for (int i = 0; i < times; ++i)
+        for (std::size_t i = 0; i < times; ++i)
             ASSERT_EQ(sendWithoutFile(Library()), static_cast<ULONG>(MAPI_E_ATTACHMENT_NOT_FOUND));
     };
     use();

@@ -156,7 +156,7 @@ TEST_F(DraftWriterTest, PassesALargeAttachmentOnInPieces) {
 
 TEST_F(DraftWriterTest, WritesWholePiecesToTheirLastByte) {
     // The file ends where a piece does.
-    const std::string content(57 * 4096, 'x');
+    const std::string content(draftmail::bytesPerBase64Line * 4096, 'x');
     draft.attachments = {{folder.write(L"x", content), L"x"}};
     std::string expected;
     draftmail::encodeBase64(content, expected);
