@@ -21,6 +21,8 @@ const char helpText[] =
   scanexport --to-zip FILE [options] PAGE...
   scanexport --to-mail [options] PAGE...
   scanexport --list
+  scanexport --register-draft-mail
+  scanexport --unregister-draft-mail
 
 A PAGE is a file, a folder (its images and PDF files, sorted so that 2 comes before 10) or @LIST, a text
 file in UTF-8 with the path of one file on each line. A file whose name begins with "@" is given as .\@NAME.
@@ -54,6 +56,11 @@ You address and send the message in the mail client. To close it there without s
 question is asked on the console; where there is none the answer is no, and the export ends with exit code 1.
 Without --max-size the host's setting Export.ToMail.MaxTotalSizeInKb counts.
 
+A system may have no mail client that programs can hand messages to. DraftMail is one for those: it puts each
+message as a file into the folder Drafts among your documents and opens it with the program for such files.
+  --register-draft-mail    makes DraftMail your mail client; 32-bit programs have none as long as it is
+  --unregister-draft-mail  puts back what was there before
+
 General:
   --overwrite=WHAT   what to do about a file that exists already; not with --to-mail:
                        ask   asks on the console, or does as with no where there is none (default of --to-dir)
@@ -79,7 +86,9 @@ struct Purpose {
 };
 
 // Where several are given, it is the first of them that the others do not go with.
-constexpr std::array<Purpose, 3> purposes{{
+constexpr std::array<Purpose, 5> purposes{{
+    {L"--register-draft-mail", {}},
+    {L"--unregister-draft-mail", {}},
     {L"--to-mail", {L"--subject", L"--max-size", L"--yes", L"--show-dialog"}},
     {L"--to-zip", {L"--prefix", L"--overwrite", L"--show-dialog"}},
     {L"--to-dir",
@@ -149,6 +158,10 @@ private:
             options.showDialog = flag();
         else if (name == L"--list")
             choose(Options::Command::List);
+        else if (name == L"--register-draft-mail")
+            choose(Options::Command::RegisterDraftMail);
+        else if (name == L"--unregister-draft-mail")
+            choose(Options::Command::UnregisterDraftMail);
         else if (name == L"--help")
             choose(Options::Command::Help);
         else if (name == L"--version")
@@ -211,9 +224,25 @@ private:
     }
 
     void check() {
-        if (options.command != Options::Command::Export)
-            return;
-        refuseOptionsBeside(purpose());
+        switch (options.command) {
+        case Options::Command::Export:
+            refuseOptionsBeside(purpose());
+            checkExport();
+            break;
+        case Options::Command::RegisterDraftMail:
+        case Options::Command::UnregisterDraftMail:
+            refuseOptionsBeside(purpose());
+            if (!options.pages.empty())
+                throw UsageError("Pages do not go with " + utf8(std::wstring(purpose().option)) + ".");
+            break;
+        case Options::Command::List:
+        case Options::Command::Help:
+        case Options::Command::Version:
+            break;
+        }
+    }
+
+    void checkExport() {
         if (given.contains(L"--to-mail"))
             options.toMail = mail;
         else if (!archive.empty())

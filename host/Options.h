@@ -35,7 +35,7 @@ struct MailOptions {
 };
 
 struct Options {
-    enum class Command { Export, List, Help, Version };
+    enum class Command { Export, List, RegisterDraftMail, UnregisterDraftMail, Help, Version };
 
     Command command = Command::Export;
     DirectoryOptions toDirectory;

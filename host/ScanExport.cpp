@@ -246,6 +246,35 @@ int printList(Console& console, const Surroundings& surroundings) {
     return exitDone;
 }
 
+HostError clientsCannotBeChanged(LSTATUS status) {
+    return HostError("The registry's list of mail clients cannot be changed: " +
+                     reasonFor(static_cast<DWORD>(status)) + ".");
+}
+
+int registerMailClient(Console& console, const Surroundings& surroundings) {
+    const std::wstring library = surroundings.programFolder + L"\\DraftMail.dll";
+    if (!bxdisk::File(library).exists())
+        throw HostError("The mail client " + utf8(library) + " does not exist.");
+    const LSTATUS status = draftmail::registerDraftMail(surroundings.mailClients, library);
+    if (status == ERROR_ALREADY_EXISTS)
+        throw HostError("A mail client named DraftMail that is not this one is registered already.");
+    if (status != ERROR_SUCCESS)
+        throw clientsCannotBeChanged(status);
+    console.print("DraftMail is your mail client now. Messages become files in the folder Drafts among your "
+                  "documents.\n");
+    return exitDone;
+}
+
+int unregisterMailClient(Console& console, const Surroundings& surroundings) {
+    const LSTATUS status = draftmail::unregisterDraftMail(surroundings.mailClients);
+    if (status == ERROR_FILE_NOT_FOUND)
+        throw HostError("DraftMail is not registered.");
+    if (status != ERROR_SUCCESS)
+        throw clientsCannotBeChanged(status);
+    console.print("DraftMail is no longer registered, and what was there before is back.\n");
+    return exitDone;
+}
+
 int exportPages(const Options& options, ProgressConsole& console, const Surroundings& surroundings) {
     if (options.showDialog && !surroundings.isDesktopVisible())
         throw HostError("--show-dialog is not possible, because there is no desktop to see the dialog on.");
@@ -282,6 +311,10 @@ int runScanExport(const std::vector<std::wstring>& arguments, Console& console,
         case Options::Command::List:
             loadLanguage(options, surroundings);
             return printList(progress, surroundings);
+        case Options::Command::RegisterDraftMail:
+            return registerMailClient(progress, surroundings);
+        case Options::Command::UnregisterDraftMail:
+            return unregisterMailClient(progress, surroundings);
         case Options::Command::Export:
             break;
         }

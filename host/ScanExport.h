@@ -1,6 +1,7 @@
 // The console program: exports pages through the component.
 #pragma once
 
+#include "draftmail/Registration.h"
 #include "host/Console.h"
 #include "host/HostApplication.h"
 #include "host/TemporaryRoot.h"
@@ -17,10 +18,11 @@ enum ExitCode { exitDone = 0, exitFailed = 1, exitStopped = 2, exitUsage = 7 };
 
 /// What is around the program.
 struct Surroundings {
-    /// Holds the component and, in "lang", the language files.
+    /// Holds the component, DraftMail.dll and, in "lang", the language files.
     std::wstring programFolder;
     std::wstring baseRegistryPath = HostApplication::defaultBasePath;
     std::wstring temporaryFolder = TemporaryRoot::defaultParent();
+    draftmail::ClientsKey mailClients = draftmail::ClientsKey::ofThisSystem();
     /// Whether somebody can see a dialog that is left to a person.
     std::function<bool()> isDesktopVisible = host::isDesktopVisible;
     /// How long a dialog that nobody is there to answer may hold up the program.

@@ -127,6 +127,13 @@ TEST(OptionsTest, ListHelpAndVersionNeedNeitherTargetNorPages) {
     EXPECT_EQ(parseOptions({L"--version"}).command, Options::Command::Version);
 }
 
+TEST(OptionsTest, RegisteringTheMailClientNeedsNeitherTargetNorPages) {
+    EXPECT_EQ(parseOptions({L"--register-draft-mail"}).command, Options::Command::RegisterDraftMail);
+    EXPECT_EQ(parseOptions({L"--lang=cs", L"--unregister-draft-mail"}).command,
+              Options::Command::UnregisterDraftMail);
+    EXPECT_EQ(parseOptions({L"--register-draft-mail", L"--help"}).command, Options::Command::Help);
+}
+
 struct WrongUsage {
     const char* name;
     Arguments arguments;
@@ -208,6 +215,21 @@ INSTANTIATE_TEST_SUITE_P(
         WrongUsage{"SizeTooLarge",
                    {L"--to-mail", L"--max-size=2147483648", L"a.tif"},
                    "--max-size needs a number from -2147483648 to 2147483647, not \"2147483648\"."},
+        WrongUsage{"PagesBesideRegistering",
+                   {L"--register-draft-mail", L"a.tif"},
+                   "Pages do not go with --register-draft-mail."},
+        WrongUsage{"MailBesideRegistering",
+                   {L"--to-mail", L"--register-draft-mail"},
+                   "--to-mail does not go with --register-draft-mail."},
+        WrongUsage{"ListBesideUnregistering",
+                   {L"--unregister-draft-mail", L"--list"},
+                   "--list does not go with --unregister-draft-mail."},
+        WrongUsage{"RegisteringAndUnregistering",
+                   {L"--unregister-draft-mail", L"--register-draft-mail"},
+                   "--unregister-draft-mail does not go with --register-draft-mail."},
+        WrongUsage{"RegisteringWithValue",
+                   {L"--register-draft-mail=DraftMail.dll"},
+                   "--register-draft-mail takes no value."},
         WrongUsage{"ArchiveEmpty", {L"--to-zip=", L"a.tif"}, "--to-zip needs a value that is not empty."},
         WrongUsage{"ArchiveTwice", {L"--to-zip=a", L"--to-zip=b"}, "--to-zip is given twice."},
         WrongUsage{"NoPagesForZip", {L"--to-zip", L"a.zip"}, "There are no pages to export."},
