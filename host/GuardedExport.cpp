@@ -67,8 +67,6 @@ public:
         toolkit.restore();
         if (wasEnabled)
             owner.EnableWindow(TRUE);
-        if (IsWindow(active))
-            SetActiveWindow(active);
         if (IsWindow(focus))
             SetFocus(focus);
     }
@@ -79,7 +77,6 @@ private:
     bool wasEnabled;
     AfxThreadSnapshot toolkit;
     HWND capture = GetCapture();
-    HWND active = GetActiveWindow();
     HWND focus = GetFocus();
 };
 

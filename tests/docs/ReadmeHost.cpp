@@ -7,6 +7,7 @@
 #include "SorvaneCommon/ExportEngineFactory.h"
 #include "host/ComponentModule.h"
 #include "host/EnginesManager.h"
+#include "host/GuardedExport.h"
 #include "host/HostApplication.h"
 #include "host/PageList.h"
 #include "host/TemporaryRoot.h"
@@ -32,7 +33,7 @@ int exportScans(const std::wstring& programs, const std::wstring& scans, CWnd* w
         return 2;
 
     SorvaneException errors;
-    const int result = engine->exportData(nullptr, errors);
+    const int result = host::exportGuarded(*engine, *window, errors);
     for (const auto& report : errors.getReports())
         std::cerr << report.sourceFile << ":" << report.line << ": " << report.message << "\n";
     return result;

@@ -12,6 +12,7 @@
 #include "host/GuardedCall.h"
 #include "host/HostApplication.h"
 #include "host/HostError.h"
+#include "host/ProgramCopy.h"
 #include "host/TemporaryRoot.h"
 #include "host/Text.h"
 #include "support/ScopedRegistryKey.h"
@@ -38,12 +39,6 @@ using test::MailCall;
 using test::MailClient;
 using testing::MatchesRegex;
 using testing::StartsWith;
-
-std::wstring programFolder() {
-    wchar_t path[MAX_PATH] = {};
-    GetModuleFileNameW(nullptr, path, MAX_PATH);
-    return std::wstring(path).substr(0, std::wstring(path).find_last_of(L'\\'));
-}
 
 std::wstring currentDirectory() {
     wchar_t path[MAX_PATH] = {};
@@ -112,7 +107,7 @@ protected:
     std::unique_ptr<host::TemporaryRoot> root = std::make_unique<host::TemporaryRoot>(temporary.path());
     host::HostApplication application{basePath};
     host::EnginesManager manager;
-    host::ComponentModule component{programFolder() + L"\\BasicExport.dll", manager};
+    host::ComponentModule component{test::programFolder() + L"\\BasicExport.dll", manager};
     MailClient client;
     CWinApp app;
     CWnd owner;
@@ -193,6 +188,17 @@ TEST_F(GuardedExportTest, SurvivesAnOwnerThatWasDestroyedBeforeTheCrash) {
     expectUsable();
 }
 
+TEST_F(GuardedExportTest, EnablesAnOwnerThatTheMailClientHadDisabledBeforeTheCrash) {
+    // Without an application object, as in a console program, the component disables no window itself.
+    AfxGetModuleState()->m_pCurrentWinApp = nullptr;
+    messageAfter([&](const MailCall& call) {
+        EXPECT_TRUE(owner.IsWindowEnabled());
+        EnableWindow(call.owner(), FALSE);
+        return test::crashes()(call);
+    });
+    EXPECT_TRUE(owner.IsWindowEnabled());
+}
+
 TEST_F(GuardedExportTest, LeavesWindowsDisabledThatWereSoBeforeTheCrash) {
     owner.EnableWindow(FALSE);
     other.EnableWindow(FALSE);
@@ -232,7 +238,7 @@ TEST_F(GuardedExportTest, LeavesAComponentThatHasCrashedLoadedWhenItIsTakenAway)
     {
         // One that is gone before the fixture's.
         host::EnginesManager& again = manager;
-        const host::ComponentModule second(programFolder() + L"\\BasicExport.dll", again);
+        const host::ComponentModule second(test::programFolder() + L"\\BasicExport.dll", again);
     }
     EXPECT_EQ(GetModuleHandleW(L"BasicExport.dll"), module);
 }

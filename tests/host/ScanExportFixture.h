@@ -3,6 +3,7 @@
 
 #include "host/DialogPilot.h"
 #include "host/FakeConsole.h"
+#include "host/ProgramCopy.h"
 #include "host/ScanExport.h"
 #include "support/OpenFile.h"
 #include "support/ScopedRegistryKey.h"
@@ -23,12 +24,6 @@
 #include <vector>
 
 namespace test {
-
-inline std::wstring programFolder() {
-    wchar_t path[MAX_PATH] = {};
-    GetModuleFileNameW(nullptr, path, MAX_PATH);
-    return std::wstring(path).substr(0, std::wstring(path).find_last_of(L'\\'));
-}
 
 /// Acts from another thread on the dialog that the program leaves to a person. A dialog that does not come up
 /// filled in, or stays after the act, fails the test and is cancelled.

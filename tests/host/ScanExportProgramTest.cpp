@@ -2,6 +2,7 @@
 #include "host/CommandLinePath.h"
 #include "host/CurrentDirectory.h"
 #include "host/HostApplication.h"
+#include "host/ProgramCopy.h"
 #include "host/Text.h"
 #include "host/VisibleDesktop.h"
 #include "support/ChildProcess.h"
@@ -53,32 +54,11 @@ protected:
     void replaceComponent(const std::wstring& name) {
         CreateDirectoryW((folder / L"bin").c_str(), nullptr);
         CreateDirectoryW((folder / L"bin\\lang").c_str(), nullptr);
-        std::vector<std::wstring> files = {L"scanexport.exe", L"lang\\en.ini"};
-        // Whatever DLLs this build consists of.
-        WIN32_FIND_DATAW entry;
-        HANDLE search = FindFirstFileW((programFolder() + L"*.dll").c_str(), &entry);
-        ASSERT_NE(search, INVALID_HANDLE_VALUE);
-        do {
-            if (entry.cFileName != std::wstring(L"BasicExport.dll"))
-                files.emplace_back(entry.cFileName);
-        } while (FindNextFileW(search, &entry));
-        FindClose(search);
-        for (const std::wstring& file : files)
-            ASSERT_TRUE(
-                CopyFileW((programFolder() + file).c_str(), (folder / (L"bin\\" + file)).c_str(), TRUE));
-        // Only checked builds have this one.
-        CopyFileW((programFolder() + L"GuardHeap.dll").c_str(), (folder / L"bin\\GuardHeap.dll").c_str(),
-                  TRUE);
+        test::copyPrograms(folder / L"bin", {L"scanexport.exe", L"lang\\en.ini"});
         ASSERT_TRUE(
             CopyFileW((host::fullPathOf(host::wide(TEST_COMPONENTS)) + L"\\" + name + L".dll").c_str(),
-                      (folder / L"bin\\BasicExport.dll").c_str(), TRUE));
+                      (folder / L"bin\\BasicExport.dll").c_str(), FALSE));
         program = folder / L"bin\\scanexport.exe";
-    }
-
-    static std::wstring programFolder() {
-        wchar_t path[MAX_PATH] = {};
-        GetModuleFileNameW(nullptr, path, MAX_PATH);
-        return std::wstring(path).substr(0, std::wstring(path).find_last_of(L'\\') + 1);
     }
 
     const test::TempFolder folder;
@@ -272,6 +252,20 @@ TEST_F(ScanExportProgramTest, ACrashEndsItWithOneSentence) {
     EXPECT_EQ(result.exitCode, 99u);
     EXPECT_THAT(result.errors,
                 MatchesRegex("scanexport: Crashed with exception 0xc000001d at BasicExport.dll.0x\\w+\\.\n"));
+}
+
+TEST_F(ScanExportProgramTest, ACrashOfTheExportIsAFailureLikeOthers) {
+    addPage(L"a.tif");
+    replaceComponent(L"CrashesInExport");
+
+    const ChildResult result = exportTo(out, {pages});
+
+    EXPECT_EQ(result.exitCode, 1u);
+    EXPECT_THAT(result.errors,
+                MatchesRegex("scanexport: The export crashed with exception 0xc000001d at BasicExport.dll"
+                             ".0x\\w+, and nobody knows whether the pages were taken over\\.\n"));
+    EXPECT_TRUE(RemoveDirectoryW((folder / L"temp\\Sorvane\\ScanHost").c_str()))
+        << "the program did not come to its ordinary end";
 }
 
 TEST_F(ScanExportProgramTest, AnExceptionThatNobodyCatchesEndsItWithOneSentence) {
