@@ -10,16 +10,26 @@
 namespace draftmail {
 namespace {
 
-std::wstring fromCodePage(const char* text, UINT codePage) {
+/// @param flags  MB_ERR_INVALID_CHARS to get nothing for a text that is none of the code page
+std::wstring fromCodePage(const char* text, UINT codePage, DWORD flags = 0) {
     if (!text || !*text)
         return {};
-    const int size = MultiByteToWideChar(codePage, 0, text, -1, nullptr, 0);
-    if (size == 0)
+    const int size = MultiByteToWideChar(codePage, flags, text, -1, nullptr, 0);
+    if (size == 0) {
+        if (GetLastError() == ERROR_NO_UNICODE_TRANSLATION)
+            return {};
         throw MapiError(MAPI_E_FAILURE);
+    }
     std::wstring result(static_cast<std::size_t>(size), L'\0');
-    MultiByteToWideChar(codePage, 0, text, -1, result.data(), size);
+    MultiByteToWideChar(codePage, flags, text, -1, result.data(), size);
     result.pop_back();
     return result;
+}
+
+/// Programs that hand over UTF-8 differ in which texts they mean by it; what is no UTF-8 is in the code page.
+std::wstring fromUtf8Or(UINT codePage, const char* text) {
+    std::wstring result = fromCodePage(text, CP_UTF8, MB_ERR_INVALID_CHARS);
+    return result.empty() ? fromCodePage(text, codePage) : result;
 }
 
 /// What comes after the last folder: some callers give a path as the name too.
@@ -98,6 +108,8 @@ std::vector<std::wstring> split(const std::wstring& list, wchar_t delimiter) {
 } // namespace
 
 Draft draftOf(const MapiMessage& message, UINT codePage) {
+    if (message.ulReserved == CP_UTF8)
+        return draftOf(message, [codePage](const char* text) { return fromUtf8Or(codePage, text); });
     return draftOf(message, [codePage](const char* text) { return fromCodePage(text, codePage); });
 }
 

@@ -53,7 +53,8 @@ constexpr ULONG mostRecipients = 10'000;
 // conversation and the attachments' positions within the text. A recipient has an address, with or without
 // "SMTP:" before it, or a name that is one; there is no address book to look other names up in. Throws MapiError.
 
-/// @param codePage  of the message's texts; callers of MAPISendMail use CP_ACP
+/// A message whose ulReserved is CP_UTF8 has texts in UTF-8.
+/// @param codePage  of all other messages' texts; callers of MAPISendMail use CP_ACP
 Draft draftOf(const MapiMessage& message, UINT codePage);
 Draft draftOf(const MessageW& message);
 

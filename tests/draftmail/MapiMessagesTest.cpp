@@ -90,6 +90,26 @@ TEST_F(MapiMessagesTest, TheCodePageMayBeUtf8) {
     EXPECT_EQ(draftOf(message, CP_UTF8).subject, L"a\uFFFDz");
 }
 
+TEST_F(MapiMessagesTest, AMessageMayAskForUtf8) {
+    message.ulReserved = CP_UTF8;
+    message.lpszSubject = text("\xC5\x99");
+    message.lpszNoteText = text("\xE4\xB8\xAD");
+    attach("C:\\\xC5\x99", "\xE4\xB8\xAD.tif");
+    address(MAPI_TO, "\xC5\x99", "a@example.com");
+    const Draft draft = draftOf(message, western);
+    EXPECT_EQ(draft.subject, L"\u0159");
+    EXPECT_EQ(draft.note, L"\u4E2D");
+    EXPECT_THAT(draft.attachments, ElementsAre(isAttachment(L"C:\\\u0159", L"\u4E2D.tif")));
+    EXPECT_THAT(draft.to, ElementsAre(isMailbox("\xC5\x99", "a@example.com")));
+}
+
+TEST_F(MapiMessagesTest, TextsThatAreNoUtf8AreInTheCodePageThoughUtf8IsAskedFor) {
+    message.ulReserved = CP_UTF8;
+    attach("C:\\\xF8", "\xF8.tif");
+    EXPECT_THAT(draftOf(message, western).attachments,
+                ElementsAre(isAttachment(L"C:\\\u00F8", L"\u00F8.tif")));
+}
+
 TEST_F(MapiMessagesTest, UnicodeMessagesKeepTheirTexts) {
     wchar_t subject[] = L"\u0159\u20AC";
     wchar_t path[] = L"C:\\\u4E2D";
