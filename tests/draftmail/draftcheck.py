@@ -1,8 +1,10 @@
-"""Running draft_tool, and reading drafts with Python's email package."""
+"""Running draft_tool in a Wine prefix, and reading drafts with Python's email package."""
 import email
 import email.policy
 import os
+import pathlib
 import re
+import shutil
 import subprocess
 
 os.environ["LC_ALL"] = "C.UTF-8"
@@ -14,6 +16,39 @@ SENT_BY_NOBODY = re.compile(rb"X-Unsent: 1\r\nDate: [A-Z][a-z]{2}, \d{1,2} [A-Z]
 def check(what, found, expected):
     if found != expected:
         raise SystemExit(f"{what}: {found!r:.1000} instead of {expected!r:.1000}")
+
+
+class Prefix:
+    """A Wine prefix in a folder of its own, for what is the whole prefix's: mail client, documents, programs for files."""
+
+    def __init__(self, wine_run, folder):
+        self.folder = pathlib.Path(folder).resolve()
+        self.wine_run = [wine_run, str(self.folder)]
+        self.drive_c = self.folder / "wine-null" / "drive_c"
+        # Makes the prefix if there is none yet.
+        self("cmd.exe", "/c", "exit")
+        (self.documents,) = (path for path in self.drive_c.glob("users/*/Documents") if path.parent.name != "Public")
+        check("documents outside of the prefix", self.documents.is_symlink(), False)
+
+    def __call__(self, *words, check=True):
+        subprocess.run([*self.wine_run, *words], check=check, stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL,
+                       timeout=100)
+
+    def empty_drafts(self):
+        """Returns the folder that drafts go to, which is not there."""
+        drafts = self.documents / "Drafts"
+        drafts.unlink(missing_ok=True) if drafts.is_file() else shutil.rmtree(drafts, ignore_errors=True)
+        return drafts
+
+    def clients(self):
+        """The registry's part about programs like the mail client."""
+        exported = self.folder / "clients.reg"
+        exported.unlink(missing_ok=True)
+        self("reg.exe", "export", r"HKLM\Software\Clients", Tool.path(exported), "/y")
+        return exported.read_bytes()
+
+    def end(self):
+        subprocess.run(["wineserver", "-k"], env={**os.environ, "WINEPREFIX": str(self.folder / "wine-null")})
 
 
 class Tool:
