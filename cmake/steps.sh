@@ -4,9 +4,9 @@ export LC_ALL=C.UTF-8
 root=$(dirname "$(dirname "$(realpath "${BASH_SOURCE[0]}")")")
 
 # The fonts are named because a dialog's texts have other widths without them.
-packages_to_run=(cmake ninja-build g++-mingw-w64-x86-64-posix wine wine64 fonts-wine fonts-liberation unzip)
+packages_to_run=(cmake ninja-build g++-mingw-w64-x86-64-posix wine wine64 fonts-wine fonts-liberation unzip python3)
 packages_to_test=(
-    "${packages_to_run[@]}" googletest python3 clang clang-format
+    "${packages_to_run[@]}" googletest clang clang-format
     libz-mingw-w64-dev p7zip-full libarchive-tools
 )
 
