@@ -2,6 +2,7 @@
 #include "draftmail/DraftFile.h"
 #include "draftmail/MapiError.h"
 #include "host/UniqueHandle.h"
+#include "support/ImportHook.h"
 #include "support/TempFolder.h"
 
 #include <gmock/gmock.h>
@@ -106,6 +107,18 @@ TEST_F(DraftFileTest, IsDeniedWhereAFileIsInThePlaceOfTheFolder) {
 TEST_F(DraftFileTest, IsDeniedWhereTheFolderCannotBeMade) {
     EXPECT_EQ(codeOf([&] { DraftFile(folder / L"none\\Drafts", "id"); }),
               static_cast<ULONG>(MAPI_E_ACCESS_DENIED));
+}
+
+BOOL WINAPI writeAllButOneByte(HANDLE, const void*, DWORD size, DWORD* written, OVERLAPPED*) {
+    *written = size - 1;
+    return TRUE;
+}
+
+// As under Wine when the disk gets full.
+TEST_F(DraftFileTest, FailsWhenTheDiskTakesOnlyAPartOfTheBytes) {
+    DraftFile file(folder.path(), "id");
+    const test::ImportHook hook("WriteFile", reinterpret_cast<void*>(&writeAllButOneByte));
+    EXPECT_EQ(codeOf([&] { file.write("bytes"); }), static_cast<ULONG>(MAPI_E_DISK_FULL));
 }
 
 TEST_F(DraftFileTest, IsDeniedAndGoneWhenSomebodyKeepsItFromItsName) {
