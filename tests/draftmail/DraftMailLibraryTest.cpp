@@ -1,4 +1,6 @@
 // DraftMail.dll as Simple MAPI loads it.
+#include "support/ProcessHandles.h"
+
 #include <gmock/gmock.h>
 
 #include <windows.h>
@@ -132,9 +134,11 @@ TEST(DraftMailLibraryTest, LeavesNothingBehindWhenItIsUnloaded) {
     ASSERT_EQ(GetModuleHandleW(L"DraftMail.dll"), nullptr);
     const std::size_t bytes = allocatedBytes();
     const DWORD slot = nextThreadSlot();
+    const std::size_t handles = test::countHandles();
     ASSERT_NE(bytes, 0U);
     use();
     EXPECT_EQ(nextThreadSlot(), slot);
+    EXPECT_EQ(test::countHandles(), handles);
     EXPECT_LT(allocatedBytes(), bytes + times * 100);
 }
 
