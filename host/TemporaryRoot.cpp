@@ -3,7 +3,12 @@
 
 #include "SorvaneBase/bxdisk/Disk.h"
 #include "host/HostError.h"
+#include "host/PrivateFolder.h"
 #include "host/Text.h"
+
+#include <knownfolders.h>
+#include <objbase.h>
+#include <shlobj.h>
 
 #include <algorithm>
 #include <chrono>
@@ -79,7 +84,38 @@ void removePageCopies(const fs::path& root) {
     fs::remove(root, ignored);
 }
 
+bool isAnsi(const std::wstring& path) {
+    std::string ansi;
+    return Sorvane::c_u8acp(ansi, utf8(path));
+}
+
+/// The parent itself or what stands in for it.
+std::wstring ansiParent(const std::wstring& parent, const AnsiPathMeans& means) {
+    // Only what exists has a short name.
+    if (isAnsi(parent) || !bxdisk::createDirectories(parent))
+        return parent;
+    std::wstring other = means.shortPath(parent);
+    if (!other.empty() && isAnsi(other))
+        return other;
+    other = privateFolderBelow(means.commonFolder);
+    return isAnsi(other) && makePrivateFolder(other) ? other : parent;
+}
+
 } // namespace
+
+std::wstring AnsiPathMeans::shortPathOfSystem(const std::wstring& path) {
+    std::wstring result(GetShortPathNameW(path.c_str(), nullptr, 0), L'\0');
+    result.resize(GetShortPathNameW(path.c_str(), result.data(), static_cast<DWORD>(result.size())));
+    return result;
+}
+
+std::wstring AnsiPathMeans::commonFolderOfSystem() {
+    wchar_t* folder = nullptr;
+    const HRESULT result = SHGetKnownFolderPath(FOLDERID_ProgramData, KF_FLAG_DEFAULT, nullptr, &folder);
+    std::wstring path = SUCCEEDED(result) ? folder : L"";
+    CoTaskMemFree(folder);
+    return path;
+}
 
 bool createPageCopyDirectory(std::wstring& path) {
     std::string directory;
@@ -137,9 +173,12 @@ std::wstring TemporaryRoot::defaultParent() {
     return std::wstring(temp) + L"Sorvane\\ScanHost";
 }
 
-TemporaryRoot::TemporaryRoot(const std::wstring& parent)
-    : directory(parent + L"\\" + RunName::ofThisProcess().text()) {
+TemporaryRoot::TemporaryRoot(const std::wstring& parent, const AnsiPathMeans& means)
+    : directory(ansiParent(parent, means) + L"\\" + RunName::ofThisProcess().text()) {
     removeStaleRoots(parent);
+    // Another run may have had another code page or no short names.
+    if (const std::wstring own = privateFolderBelow(means.commonFolder); isUsersOwn(own))
+        removeStaleRoots(own);
     if (!bxdisk::createDirectories(directory))
         throw HostError("The folder for temporary files " + utf8(directory) +
                         " cannot be made: " + reasonFor(GetLastError()) + ".");

@@ -3,12 +3,30 @@
 
 #include <windows.h>
 
+#include <functional>
 #include <optional>
 #include <string>
 
 namespace host {
 
-/// A directory of the process's own under `parent`, made the root of bxdisk's temporary directories.
+/// What the system has for a path that the ANSI code page lacks characters for.
+struct AnsiPathMeans {
+    /// The path in short names; where the system keeps none, in long ones. Empty when it does not exist.
+    std::function<std::wstring(const std::wstring&)> shortPath = shortPathOfSystem;
+    /// A folder that all users can write to. Empty when there is none.
+    std::wstring commonFolder = commonFolderOfSystem();
+
+    static std::wstring shortPathOfSystem(const std::wstring& path);
+    /// That for the data of applications, usually C:\ProgramData.
+    static std::wstring commonFolderOfSystem();
+};
+
+/// A directory of the process's own, made the root of bxdisk's temporary directories.
+///
+/// It is made under the parent given. Mail clients, though, take the paths of attachments in the ANSI code page, which
+/// may lack characters of, say, the name of the user's profile. The parent is then called by its short name or, where
+/// the system keeps none, replaced by a folder of the user's own below the common one, to which no other user has
+/// access. If neither can be had it is the parent after all, which is good enough for all other exports.
 ///
 /// At the end it loses the copies of pages, and is removed if nothing else is in it. Directories that engines have made
 /// stay, because a mail client may read the attachments in them after the export, even after the program. A start that
@@ -18,9 +36,9 @@ public:
     /// %TEMP%\Sorvane\ScanHost.
     static std::wstring defaultParent();
 
-    /// Makes the directory, and removes stale ones of other runs beside it. Throws HostError when it cannot be
+    /// Makes the directory, and removes stale ones of other runs in both places. Throws HostError when it cannot be
     /// made.
-    explicit TemporaryRoot(const std::wstring& parent = defaultParent());
+    explicit TemporaryRoot(const std::wstring& parent = defaultParent(), const AnsiPathMeans& means = {});
     ~TemporaryRoot();
     TemporaryRoot(const TemporaryRoot&) = delete;
     TemporaryRoot& operator=(const TemporaryRoot&) = delete;

@@ -40,7 +40,7 @@ CRASHING void runDataAsCode() {
     reinterpret_cast<void (*)()>(reinterpret_cast<std::uintptr_t>(data))();
 }
 
-CRASHING int fillStack(volatile char* outer) {
+CRASHING int fillStack(const volatile char* outer) {
     volatile char here[1024];
     here[0] = *outer;
     return here[0] ? fillStack(here) + here[0] : 0;

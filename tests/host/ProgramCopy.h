@@ -25,9 +25,10 @@ inline void copyPrograms(const std::wstring& folder, std::vector<std::wstring> f
         files.emplace_back(entry.cFileName);
     } while (FindNextFileW(search, &entry));
     FindClose(search);
+    const std::wstring source = programFolder() + L'\\';
+    const std::wstring target = folder + L'\\';
     for (const std::wstring& file : files)
-        ASSERT_TRUE(
-            CopyFileW((programFolder() + L"\\" + file).c_str(), (folder + L"\\" + file).c_str(), FALSE));
+        ASSERT_TRUE(CopyFileW((source + file).c_str(), (target + file).c_str(), FALSE));
 }
 
 } // namespace test

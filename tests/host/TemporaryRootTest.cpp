@@ -3,6 +3,7 @@
 
 #include "SorvaneBase/bxdisk/Disk.h"
 #include "host/HostError.h"
+#include "host/PrivateFolder.h"
 #include "host/Text.h"
 #include "host/UniqueHandle.h"
 #include "support/OpenFile.h"
@@ -251,6 +252,92 @@ TEST_F(TemporaryRootTest, LeavesAloneWhatNoRunHasMade) {
     { const TemporaryRoot root(folder.path()); }
 
     EXPECT_THAT(folder.list(), ElementsAre(L"01234-5", L"1234", L"1234-x", L"important"));
+}
+
+TEST_F(TemporaryRootTest, IsUnderTheParentAsItIsCalledWhereTheAnsiCodePageHasIt) {
+    const TemporaryRoot root(folder / L"Temp folder", {[](const std::wstring&) { return L"C:\\SHORT~1"; }});
+
+    EXPECT_EQ(root.path(), folder / L"Temp folder\\" + RunName::ofThisProcess().text());
+}
+
+/// A parent whose name no ANSI code page has, but for that of programs whose manifest asks for UTF-8.
+class ForeignParentTest : public TemporaryRootTest {
+protected:
+    ForeignParentTest() { CreateDirectoryW(means.commonFolder.c_str(), nullptr); }
+
+    /// Whether a mail client can read an attachment of the engine's.
+    bool mailClientReads() const {
+        std::string directory;
+        EXPECT_TRUE(bxdisk::createTempDir("export-mail", directory));
+        std::string ansi;
+        Sorvane::c_u8acp(ansi, directory + "\\page.tif");
+        const host::UniqueHandle written(CreateFileW(host::wide(directory + "\\page.tif").c_str(),
+                                                     GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                                     nullptr, CREATE_NEW, 0, nullptr));
+        EXPECT_TRUE(written);
+        const host::UniqueHandle read(CreateFileA(ansi.c_str(), GENERIC_READ,
+                                                  FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
+                                                  0, nullptr));
+        return static_cast<bool>(read);
+    }
+
+    const std::wstring parent = folder / L"\u65E5\u672C\u0159\u03C9";
+    host::AnsiPathMeans means{[](const std::wstring& path) { return path; }, folder / L"common"};
+};
+
+TEST_F(ForeignParentTest, IsCalledByItsShortName) {
+    host::AnsiPathMeans systems;
+    systems.commonFolder.clear();
+    const TemporaryRoot root(parent, systems);
+
+    EXPECT_TRUE(mailClientReads());
+    EXPECT_TRUE(exists(parent + L"\\" + RunName::ofThisProcess().text()));
+    EXPECT_NE(root.path(), parent + L"\\" + RunName::ofThisProcess().text());
+}
+
+TEST_F(ForeignParentTest, IsReplacedByThePrivateFolderWhereNoShortNamesAreKept) {
+    const TemporaryRoot root(parent, means);
+
+    EXPECT_TRUE(mailClientReads());
+    EXPECT_EQ(root.path(),
+              host::privateFolderBelow(means.commonFolder) + L"\\" + RunName::ofThisProcess().text());
+    EXPECT_TRUE(host::isUsersOwn(host::privateFolderBelow(means.commonFolder)));
+}
+
+TEST_F(ForeignParentTest, IsTakenAfterAllWhenThePrivateFolderIsRefused) {
+    folder.write(L"common\\" + host::privateFolderBelow(L"x").substr(2), "planted");
+    const TemporaryRoot root(parent, means);
+
+    EXPECT_EQ(root.path(), parent + L"\\" + RunName::ofThisProcess().text());
+    EXPECT_FALSE(mailClientReads());
+}
+
+TEST_F(ForeignParentTest, IsTakenAfterAllWhenThereIsNoCommonFolder) {
+    means.commonFolder.clear();
+    const TemporaryRoot root(parent, means);
+
+    EXPECT_EQ(root.path(), parent + L"\\" + RunName::ofThisProcess().text());
+}
+
+TEST_F(ForeignParentTest, IsCleanedWithThePrivateFolderWhicheverTheRunUses) {
+    const std::wstring own = host::privateFolderBelow(means.commonFolder).substr(folder.path().size() + 1);
+    for (const std::wstring& wanted : {parent, folder / L"plain"}) {
+        const std::wstring relative = wanted.substr(folder.path().size() + 1);
+        ASSERT_TRUE(bxdisk::createDirectories(wanted));
+        ASSERT_TRUE(host::makePrivateFolder(folder / own));
+        leave(relative + L"\\" + endedRun(), std::chrono::hours(25));
+        leave(own + L"\\" + endedRun(), std::chrono::hours(25));
+
+        { const TemporaryRoot root(wanted, means); }
+
+        EXPECT_THAT(test::namesIn(wanted), IsEmpty());
+        EXPECT_THAT(test::namesIn(folder / own), IsEmpty());
+    }
+}
+
+TEST(AnsiPathMeansTest, NamesAFolderThatIsThere) {
+    EXPECT_TRUE(bxdisk::isDirectory(host::utf8(host::AnsiPathMeans::commonFolderOfSystem())));
+    EXPECT_EQ(host::AnsiPathMeans::shortPathOfSystem(L"C:\\not there"), L"");
 }
 
 TEST_F(TemporaryRootTest, SaysWhereItCannotBeMade) {
