@@ -59,8 +59,12 @@ int MailExportFixture::runAndPress(int button) {
                host::messageBoxIcon(window),
                {}};
         for (int id : {IDOK, IDCANCEL, IDABORT, IDRETRY, IDIGNORE, IDYES, IDNO}) {
-            if (GetDlgItem(window, id))
-                box.buttons.push_back(id);
+            const HWND control = GetDlgItem(window, id);
+            if (!control)
+                continue;
+            box.buttons.push_back(id);
+            if ((GetWindowLongPtrW(control, GWL_STYLE) & BS_TYPEMASK) == BS_DEFPUSHBUTTON)
+                box.defaultButton = id;
         }
         return host::click(button)(window);
     });

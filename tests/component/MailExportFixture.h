@@ -34,6 +34,7 @@ protected:
         HWND owner = nullptr;
         HICON icon = nullptr;
         std::vector<int> buttons;
+        int defaultButton = 0;
     };
 
     MailExportFixture();

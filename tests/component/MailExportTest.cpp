@@ -3,9 +3,13 @@
 
 #include "SorvaneBase/bxdisk/Disk.h"
 #include "SorvaneBase/bxutils/ResourceManager.h"
+#include "host/CurrentDirectory.h"
 #include "host/Text.h"
+#include "support/ImportHook.h"
 
 #include <climits>
+#include <filesystem>
+#include <future>
 #include <locale>
 
 namespace {
@@ -48,6 +52,29 @@ INSTANTIATE_TEST_SUITE_P(Counts, PageCountTest,
                                          PageCount{1000, "Page-0001.jpg", "Page-1000.jpg"}),
                          [](const auto& info) { return std::to_string(info.param.count); });
 
+TEST_F(MailExportTest, TenThousandPagesAreAttachedInTheirOrder) {
+    // Copies nothing: Wine reads the whole directory for every file that is new in it.
+    static std::vector<std::wstring> targets;
+    const auto noteTarget = +[](const wchar_t*, const wchar_t* target, BOOL) WINAPI -> BOOL {
+        targets.push_back(target);
+        return TRUE;
+    };
+    const test::ImportHook copyFile("CopyFileW", reinterpret_cast<void*>(noteTarget));
+    test::TestPage page(pageFolder.write(L"p.jpg", "data"));
+    for (int i = 0; i < 10000; ++i)
+        engine->addData(&page);
+    EXPECT_EQ(run(), 0);
+    const std::vector<std::string> names = attachmentNames();
+    ASSERT_THAT(names, SizeIs(10000));
+    ASSERT_THAT(targets, SizeIs(10000));
+    for (std::size_t i = 0; i < names.size(); ++i) {
+        const std::string number = std::to_string(i + 1);
+        ASSERT_EQ(names[i], "Page-" + std::string(5 - number.size(), '0') + number + ".jpg");
+        ASSERT_EQ(targets[i], directory() + L"\\" + host::wide(names[i]));
+    }
+    engine.clear();
+}
+
 struct PageName {
     const char* what;
     const char* name;
@@ -80,6 +107,16 @@ TEST_F(MailExportTest, NamesFollowTheHostsLanguage) {
     EXPECT_THAT(copies(), ElementsAre(L"Stránka č-1.tif"));
     // The code page 1252 has no "č".
     EXPECT_THAT(attachmentNames(), ElementsAre("Str\xE1nka _-1.tif"));
+}
+
+TEST_F(MailExportTest, PathsOutsideTheCodePageLoseWhatItLacks) {
+    ASSERT_TRUE(bxdisk::createDirectories(tempRoot / L"é漢"));
+    bxdisk::setTempRoot(tempRoot / L"é漢");
+    addPages(1);
+    EXPECT_EQ(run(), 0);
+    ASSERT_THAT(client.calls, SizeIs(1));
+    EXPECT_THAT(client.calls[0].files.at(0).path.value_or(""),
+                testing::StartsWith(tempRoot.utf8() + "\\\xE9_\\export-mail"));
 }
 
 TEST_F(MailExportTest, NumbersDoNotFollowTheProgramsLocale) {
@@ -121,14 +158,18 @@ TEST_F(MailExportTest, AttachmentsAreThereDuringTheCallAndStayAfterIt) {
     EXPECT_EQ(test::readFile(host::wide(client.calls[0].files.at(0).path.value_or(""))), "data");
 }
 
-TEST_F(MailExportTest, TextsOfTheAttachmentsStayReadableAfterTheExport) {
-    addPages(2);
+TEST_F(MailExportTest, ClientThatReadsTheAttachmentsAfterReturningFindsThemWhole) {
+    addPage(L"a.tif", "first");
+    addPageWithoutFile("second");
+    std::promise<void> exportIsOver;
+    std::future<std::vector<test::ReadAttachment>> read;
+    client.behaviour = test::readsAttachmentsLater(exportIsOver.get_future(), read);
     EXPECT_EQ(run(), 0);
     engine.clear();
-    for (const test::MailCall::File& file : client.calls.at(0).files) {
-        EXPECT_STREQ(file.record.lpszPathName, file.path->c_str());
-        EXPECT_STREQ(file.record.lpszFileName, file.name->c_str());
-    }
+    exportIsOver.set_value();
+    ASSERT_TRUE(read.valid());
+    EXPECT_THAT(read.get(), ElementsAre(test::ReadAttachment{"Page-1.tif", "first"},
+                                        test::ReadAttachment{"Page-2.tif", "second"}));
 }
 
 TEST_F(MailExportTest, DirectoryIsNamedAfterTheExport) {
@@ -196,6 +237,14 @@ TEST_F(MailExportTest, WrittenCopyIsAttachedAndItsSourceRemoved) {
     EXPECT_EQ(run(), 0);
     EXPECT_EQ(test::readFile(directory() + L"\\Page-1.tif"), "written");
     EXPECT_EQ(pages.back().copies, 1);
+    EXPECT_EQ(GetFileAttributesW(temporaryCopy.c_str()), INVALID_FILE_ATTRIBUTES);
+}
+
+TEST_F(MailExportTest, WrittenCopyIsRemovedAlsoWhenALaterPageFails) {
+    addPageWithoutFile("written");
+    addPage(L"b.tif", "b").file = pageFolder / L"gone.tif";
+    EXPECT_EQ(run(), 1);
+    EXPECT_EQ(pages.front().copies, 1);
     EXPECT_EQ(GetFileAttributesW(temporaryCopy.c_str()), INVALID_FILE_ATTRIBUTES);
 }
 
@@ -354,6 +403,7 @@ TEST_F(QuestionTest, IsTheHostsTextAsItIs) {
     EXPECT_EQ(box.owner, owner.m_hWnd);
     EXPECT_EQ(box.icon, LoadIconW(nullptr, IDI_QUESTION));
     EXPECT_THAT(box.buttons, ElementsAre(IDYES, IDNO));
+    EXPECT_EQ(box.defaultButton, IDYES);
 }
 
 TEST_F(QuestionTest, AnsweredNoIsAFailureAfterAllCopies) {
@@ -363,25 +413,24 @@ TEST_F(QuestionTest, AnsweredNoIsAFailureAfterAllCopies) {
     EXPECT_THAT(client.calls, IsEmpty());
 }
 
-TEST_F(QuestionTest, CountsPagesThatWereWritten) {
+TEST_F(QuestionTest, CountsPagesThatWereWrittenAndAreRemovedByThen) {
     pages.back().file.reset();
     pages.back().data = std::string(600, 'b');
     pages.back().copyPath = temporaryCopy;
-    EXPECT_EQ(runAndPress(IDYES), 0);
-    EXPECT_EQ(client.finished, 1);
+    EXPECT_EQ(runAndPress(IDNO), 1);
+    EXPECT_EQ(pages.back().copies, 1);
+    EXPECT_EQ(GetFileAttributesW(temporaryCopy.c_str()), INVALID_FILE_ATTRIBUTES);
 }
 
 // Mail clients with habits of their own.
 
 TEST_F(MailExportTest, ClientThatChangesTheCurrentDirectoryDoesNotDisturb) {
-    wchar_t before[MAX_PATH] = L"";
-    GetCurrentDirectoryW(MAX_PATH, before);
+    const test::CurrentDirectory comesBack(pageFolder.path());
     client.behaviour = test::changesDirectory(scratch.path());
     addPages(2);
     EXPECT_EQ(run(), 0);
-    EXPECT_EQ(client.finished, 1);
+    EXPECT_EQ(std::filesystem::current_path(), scratch.path());
     EXPECT_EQ(run(), 0);
-    SetCurrentDirectoryW(before);
     EXPECT_EQ(client.finished, 2);
 }
 

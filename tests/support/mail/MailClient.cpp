@@ -1,10 +1,13 @@
 // The mail client of the system, played by a test.
 #include "support/mail/MailClient.h"
 
+#include "host/Text.h"
+#include "support/TempFolder.h"
 #include "support/mail/RecordingClient.h"
 
 #include <gtest/gtest.h>
 
+#include <chrono>
 #include <cstdio>
 #include <utility>
 
@@ -121,6 +124,21 @@ MailClient::Behaviour pumpsMessages() {
             DispatchMessageW(&message);
         }
     });
+}
+
+MailClient::Behaviour readsAttachmentsLater(std::shared_future<void> start,
+                                            std::future<std::vector<ReadAttachment>>& attachments) {
+    return [start = std::move(start), &attachments](const MailCall& call) {
+        attachments = std::async(std::launch::async, [start, message = call.message] {
+            start.wait_for(std::chrono::seconds(30));
+            std::vector<ReadAttachment> read;
+            for (ULONG i = 0; i < message.nFileCount; ++i)
+                read.push_back(
+                    {message.lpFiles[i].lpszFileName, readFile(host::wide(message.lpFiles[i].lpszPathName))});
+            return read;
+        });
+        return ULONG{SUCCESS_SUCCESS};
+    };
 }
 
 MailClient::Behaviour meanwhile(std::function<void()> action) {

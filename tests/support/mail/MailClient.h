@@ -8,6 +8,7 @@
 #include <mapi.h>
 
 #include <functional>
+#include <future>
 #include <optional>
 #include <string>
 #include <vector>
@@ -73,6 +74,15 @@ MailClient::Behaviour enablesOwner();
 MailClient::Behaviour destroysOwner();
 /// Lets the application handle what waits in its message queue, as a modal window does.
 MailClient::Behaviour pumpsMessages();
+/// What a mail client has read of an attachment.
+struct ReadAttachment {
+    std::string name;
+    std::string bytes;
+    bool operator==(const ReadAttachment&) const = default;
+};
+/// Returns at once, and reads what the message points to in a thread of its own as soon as it is told to.
+MailClient::Behaviour readsAttachmentsLater(std::shared_future<void> start,
+                                            std::future<std::vector<ReadAttachment>>& attachments);
 /// Does something of the test's meanwhile.
 MailClient::Behaviour meanwhile(std::function<void()> action);
 /// Reads from address 0, after it has said so on the standard error.
