@@ -1,12 +1,16 @@
-// Takes the picture of a dialog, shown by the real component over example settings.
+// Takes the picture of a dialog or message box, shown by the real component over example settings.
 #include "host/ComponentModule.h"
+#include "host/DialogPilot.h"
 #include "host/DirectoryDialogControls.h"
 #include "host/EnginesManager.h"
 #include "host/FilePage.h"
 #include "host/HostApplication.h"
 #include "host/HostError.h"
+#include "host/MailDialogControls.h"
+#include "host/TemporaryRoot.h"
 #include "host/ZipDialogControls.h"
 
+#include "SorvaneBase/SorvaneException.h"
 #include "SorvaneBase/bxutils/ResourceManager.h"
 #include "SorvaneCommon/ExportEngine.h"
 #include "SorvaneCommon/ExportEngineFactory.h"
@@ -18,48 +22,42 @@
 
 #include <wincodec.h>
 
+#include <chrono>
 #include <cstdio>
 #include <cwchar>
+#include <functional>
 #include <iterator>
 #include <memory>
-#include <stdexcept>
 #include <string>
-#include <vector>
+#include <utility>
 
 namespace {
 
 constexpr wchar_t registryBase[] = L"Sorvane\\DialogPicture";
 
-/// A dialog of the component's.
-struct Kind {
-    const wchar_t* name;
-    const char* factoryId;
-    int pathEdit;
-    int prefixEdit;
-};
+constexpr char directoryFactoryId[] = "com.brellix.sorvane.exportdata-factory.dir.file";
+constexpr char mailFactoryId[] = "com.brellix.sorvane.exportdata-factory.mail.file";
+constexpr char zipFactoryId[] = "com.brellix.sorvane.exportdata-factory.zip.file";
 
-constexpr Kind kinds[] = {
-    {L"directory", "com.brellix.sorvane.exportdata-factory.dir.file", host::directoryDialog::pathEdit,
-     host::directoryDialog::prefixEdit},
-    {L"zip", "com.brellix.sorvane.exportdata-factory.zip.file", host::zipDialog::pathEdit,
-     host::zipDialog::prefixEdit},
-};
+constexpr std::chrono::seconds patience{30};
 
 struct Example {
     const wchar_t* language;
+    LANGID systemLanguage;
     const wchar_t* archive; ///< entered in the ZIP dialog, which offers nothing, as is the prefix
     const wchar_t* prefix;
     const wchar_t* recentFolders; ///< the first is the one offered
     const wchar_t* pageFolder;    ///< its name is offered as the start of the file names
+    const char* subject;
 };
 
 constexpr Example examples[] = {
-    {L"en", L"C:\\Scans\\Invoices 2024.zip", L"Invoice_",
+    {L"en", MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US), L"C:\\Scans\\Invoices 2024.zip", L"Invoice_",
      L"C:\\Scans\\Invoices;C:\\Scans\\Contracts;D:\\Archive\\2024\\Letters;\\\\office\\scans\\Incoming",
-     L"C:\\Scanner\\Invoice"},
-    {L"cs", L"C:\\Skeny\\Faktury 2024.zip", L"Faktura_",
+     L"C:\\Scanner\\Invoice", "Invoices of October"},
+    {L"cs", MAKELANGID(LANG_CZECH, SUBLANG_DEFAULT), L"C:\\Skeny\\Faktury 2024.zip", L"Faktura_",
      L"C:\\Skeny\\Faktury;C:\\Skeny\\Smlouvy;D:\\Archiv\\2024\\Dopisy;\\\\kancelar\\skeny\\Došlá pošta",
-     L"C:\\Skener\\Faktura"},
+     L"C:\\Skener\\Faktura", "Faktury za říjen"},
 };
 
 template <class Entry, std::size_t count>
@@ -67,7 +65,7 @@ const Entry& find(const Entry (&entries)[count], const wchar_t* Entry::*name, co
     for (const Entry& entry : entries)
         if (wanted == entry.*name)
             return entry;
-    throw host::UsageError("There is no such dialog or language.");
+    throw host::UsageError("There is no such picture or language.");
 }
 
 void check(HRESULT result, const char* what) {
@@ -135,48 +133,63 @@ void photograph(HWND window, const std::wstring& path) {
     ReleaseDC(window, windowDc);
 }
 
-const Kind* kind = nullptr;
-const Example* example = nullptr;
-std::wstring picturePath;
-std::exception_ptr failure;
+/// Takes the picture of one window.
+class Photographer {
+public:
+    using Action = host::DialogPilot::Action;
 
-void enterIfEmpty(HWND dialog, int control, const wchar_t* text) {
-    if (!GetWindowTextLengthW(GetDlgItem(dialog, control)))
-        SetDlgItemTextW(dialog, control, text);
-}
+    explicit Photographer(std::wstring path) : path(std::move(path)) {}
 
-/// Timers come when nothing is left to paint, so the first one to see the dialog sees all of it.
-void CALLBACK onTimer(HWND, UINT, UINT_PTR timer, DWORD) {
-    const HWND dialog = GetActiveWindow();
-    if (!dialog || !GetDlgItem(dialog, kind->pathEdit) || !IsWindowVisible(dialog))
-        return;
-    KillTimer(nullptr, timer);
-    enterIfEmpty(dialog, kind->pathEdit, example->archive);
-    enterIfEmpty(dialog, kind->prefixEdit, example->prefix);
-    // Neither a selection nor a caret, which would look different each time.
-    SendDlgItemMessageW(dialog, kind->pathEdit, EM_SETSEL, static_cast<WPARAM>(-1), 0);
-    HideCaret(GetDlgItem(dialog, kind->pathEdit));
-    // Without a window manager the title bar is drawn as that of a window in the background.
-    SendMessageW(dialog, WM_NCACTIVATE, TRUE, 0);
-    UpdateWindow(dialog);
-    try {
-        photograph(dialog, picturePath);
-    } catch (...) {
-        failure = std::current_exception();
+    /// @param control  tells the window from others
+    /// @param close    the button that closes it
+    /// @param show     shows it and returns when it is closed
+    /// @param fill     makes it as it is to be in the picture
+    void take(
+        int control, int close, const std::function<void()>& show,
+        const Action& fill = [](HWND) { return true; }) const {
+        host::DialogPilot pilot(patience);
+        pilot.then("the window", host::dialogWith(control),
+                   host::inOrder({fill,
+                                  [this](HWND window) {
+                                      makeSteady(window);
+                                      photograph(window, path);
+                                      return true;
+                                  },
+                                  host::click(close)}));
+        show();
+        if (!pilot.succeeded())
+            throw host::HostError("The picture was not taken: " + pilot.failure());
     }
-    PostMessageW(dialog, WM_COMMAND, IDCANCEL, 0);
-}
+
+private:
+    /// Leaves neither selection nor caret, which would look different each time.
+    static void makeSteady(HWND window) {
+        const HWND focus = GetFocus();
+        if (host::windowClass(focus) == L"Edit") {
+            SendMessageW(focus, EM_SETSEL, static_cast<WPARAM>(-1), 0);
+            HideCaret(focus);
+        }
+        // Without a window manager the title bar is drawn as that of a window in the background.
+        SendMessageW(window, WM_NCACTIVATE, TRUE, 0);
+        RedrawWindow(window, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
+    }
+
+    std::wstring path;
+};
 
 /// What the component has remembered of earlier exports.
 class Settings {
 public:
-    explicit Settings(const host::HostApplication& application)
+    Settings(host::HostApplication& application, const Example& example)
         : root(L"SOFTWARE\\" + application.getBaseRegistryPath()) {
         const std::wstring key =
             root + L"\\" + application.getRegistryVersion() + L"\\Components\\BasicExport";
-        const std::wstring folders = example->recentFolders;
+        const std::wstring folders = example.recentFolders;
         RegSetKeyValueW(HKEY_CURRENT_USER, key.c_str(), L"ExportPath", REG_SZ, folders.c_str(),
                         static_cast<DWORD>((folders.size() + 1) * sizeof(wchar_t)));
+        application.getSettingsStore()->write("Export.ToMail.Subject", example.subject);
+        // Less than the pages.
+        application.getSettingsStore()->write("Export.ToMail.MaxTotalSizeInKb", "1");
     }
     ~Settings() { RegDeleteTreeW(HKEY_CURRENT_USER, root.c_str()); }
     Settings(const Settings&) = delete;
@@ -186,45 +199,114 @@ private:
     std::wstring root;
 };
 
-void takePicture(const std::wstring& page) {
+std::wstring programFolder() {
     wchar_t program[MAX_PATH];
     GetModuleFileNameW(nullptr, program, MAX_PATH);
-    const std::wstring folder(program, std::wcsrchr(program, L'\\'));
-    if (!bxutils::getResourceManager()->loadLanguageFile(folder + L"\\lang\\" + example->language + L".ini"))
-        throw host::HostError("The language file cannot be read.");
-
-    host::HostApplication application(registryBase);
-    const Settings settings(application);
-    host::EnginesManager manager;
-    host::ComponentModule component(folder + L"\\BasicExport.dll", manager);
-    const HWND owner = CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 0, 0, nullptr, nullptr, nullptr, nullptr);
-    bxbase::Reference<SorvaneCommon::ExportEngine> engine;
-    manager.findFactory(kind->factoryId)->createEngine(CWnd::FromHandle(owner), engine);
-    const auto pageFolder = std::make_shared<host::FileFolder>(example->pageFolder);
-    for (int count = 0; count < 2; ++count) {
-        const bxbase::Reference<host::FilePage> item(
-            new bxbase::ReferencedImpl<host::FilePage>(page, pageFolder, nullptr));
-        engine->addData(item.get());
-    }
-    SetTimer(nullptr, 0, 200, onTimer);
-    engine->showDialog();
-    engine.clear();
-    DestroyWindow(owner);
-    if (failure)
-        std::rethrow_exception(failure);
+    return {program, std::wcsrchr(program, L'\\')};
 }
+
+/// A host with the component and two pages.
+class Stage {
+public:
+    Stage(const Example& example, std::wstring page)
+        : example(example), page(std::move(page)), settings(application, example),
+          component(programFolder() + L"\\BasicExport.dll", manager),
+          owner(CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 0, 0, nullptr, nullptr, nullptr, nullptr)) {}
+    ~Stage() { DestroyWindow(owner); }
+    Stage(const Stage&) = delete;
+    Stage& operator=(const Stage&) = delete;
+
+    bxbase::Reference<SorvaneCommon::ExportEngine> createEngine(const char* factoryId) const {
+        bxbase::Reference<SorvaneCommon::ExportEngine> engine;
+        manager.findFactory(factoryId)->createEngine(CWnd::FromHandle(owner), engine);
+        const auto folder = std::make_shared<host::FileFolder>(example.pageFolder);
+        for (int count = 0; count < 2; ++count) {
+            const bxbase::Reference<host::FilePage> item(
+                new bxbase::ReferencedImpl<host::FilePage>(page, folder, nullptr));
+            engine->addData(item.get());
+        }
+        return engine;
+    }
+
+    const Example& example;
+
+private:
+    std::wstring page;
+    host::TemporaryRoot temporaryFiles;
+    host::HostApplication application{registryBase};
+    Settings settings;
+    host::EnginesManager manager;
+    host::ComponentModule component;
+    HWND owner;
+};
+
+// The pictures.
+
+void directoryDialog(const Stage& stage, const Photographer& photographer) {
+    const auto engine = stage.createEngine(directoryFactoryId);
+    photographer.take(host::directoryDialog::pathEdit, IDCANCEL, [&] { engine->showDialog(); });
+}
+
+void zipDialog(const Stage& stage, const Photographer& photographer) {
+    using namespace host::zipDialog;
+    const auto engine = stage.createEngine(zipFactoryId);
+    photographer.take(
+        pathEdit, IDCANCEL, [&] { engine->showDialog(); },
+        host::inOrder({host::enterText(pathEdit, stage.example.archive),
+                       host::enterText(prefixEdit, stage.example.prefix)}));
+}
+
+void mailDialog(const Stage& stage, const Photographer& photographer) {
+    const auto engine = stage.createEngine(mailFactoryId);
+    photographer.take(host::mailDialog::subjectEdit, IDCANCEL, [&] { engine->showDialog(); });
+}
+
+void mailSizeQuestion(const Stage& stage, const Photographer& photographer) {
+    const auto engine = stage.createEngine(mailFactoryId);
+    {
+        host::DialogPilot pilot(patience);
+        pilot.then("the mail dialog", host::dialogWith(host::mailDialog::subjectEdit), host::click(IDOK));
+        engine->showDialog();
+    }
+    SorvaneException refused;
+    photographer.take(IDYES, IDNO, [&] { engine->exportData(nullptr, refused); });
+}
+
+template <UINT prompt> void mailPrompt(const Stage&, const Photographer& photographer) {
+    photographer.take(IDOK, IDOK, [] { AfxMessageBox(prompt, MB_OK, static_cast<UINT>(-1)); });
+}
+
+struct Picture {
+    const wchar_t* name;
+    void (*take)(const Stage& stage, const Photographer& photographer);
+};
+
+constexpr Picture pictures[] = {
+    {L"directory-dialog", &directoryDialog},
+    {L"zip-dialog", &zipDialog},
+    {L"mail-dialog", &mailDialog},
+    {L"mail-size-question", &mailSizeQuestion},
+    {L"mail-invalid-library", &mailPrompt<AFX_IDP_INVALID_MAPI_DLL>},
+    {L"mail-failed-send", &mailPrompt<AFX_IDP_FAILED_MAPI_SEND>},
+};
 
 } // namespace
 
 int wmain(int argumentCount, wchar_t** arguments) {
     try {
         if (argumentCount != 5)
-            throw host::UsageError("usage: DialogPicture DIALOG LANGUAGE PAGE PICTURE");
-        kind = &find(kinds, &Kind::name, arguments[1]);
-        example = &find(examples, &Example::language, arguments[2]);
-        picturePath = arguments[4];
+            throw host::UsageError("usage: DialogPicture NAME LANGUAGE PAGE PICTURE");
+        const Picture& picture = find(pictures, &Picture::name, arguments[1]);
+        const Example& example = find(examples, &Example::language, arguments[2]);
         CoInitialize(nullptr);
-        takePicture(arguments[3]);
+        // The buttons of message boxes are the system's; Windows goes by the one and Wine by the other.
+        SetThreadUILanguage(example.systemLanguage);
+        SetThreadLocale(MAKELCID(example.systemLanguage, SORT_DEFAULT));
+        if (!bxutils::getResourceManager()->loadLanguageFile(programFolder() + L"\\lang\\" +
+                                                             example.language + L".ini"))
+            throw host::HostError("The language file cannot be read.");
+        CWinApp program(L"Scanner");
+        picture.take(Stage(example, arguments[3]), Photographer(arguments[4]));
         return 0;
     } catch (const std::exception& error) {
         std::fprintf(stderr, "%s\n", error.what());
