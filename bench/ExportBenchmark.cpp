@@ -1,22 +1,15 @@
 // Measures the directory export against a bare loop of CopyFileW, its memory, and how fast the dialog and the
 // component come up.
-#include "host/ComponentModule.h"
+#include "bench/BenchmarkHost.h"
+#include "bench/CopyTurns.h"
+
 #include "host/DialogPilot.h"
 #include "host/DirectoryDialogControls.h"
-#include "host/EnginesManager.h"
-#include "host/FilePage.h"
-#include "host/HostApplication.h"
 #include "host/HostError.h"
 #include "host/Text.h"
 #include "host/UniqueHandle.h"
 
 #include "SorvaneBase/SorvaneException.h"
-#include "SorvaneBase/bxutils/ResourceManager.h"
-#include "SorvaneCommon/ExportEngine.h"
-#include "SorvaneCommon/ExportEngineFactory.h"
-#include "bxbase/ReferencedImpl.h"
-
-#include "afxwin.h"
 
 #include <windows.h>
 
@@ -25,158 +18,26 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
-#include <cwchar>
-#include <functional>
-#include <iterator>
 #include <map>
-#include <memory>
 #include <optional>
-#include <random>
 #include <string>
 #include <utility>
 #include <vector>
 
 namespace {
 
-using Clock = std::chrono::steady_clock;
+using namespace bench;
 using namespace host::directoryDialog;
 
 constexpr wchar_t registryBase[] = L"Sorvane\\ExportBenchmark";
 constexpr char directoryFactoryId[] = "com.brellix.sorvane.exportdata-factory.dir.file";
 
-constexpr DWORD pageBytes = 100 * 1024;
-constexpr std::size_t sourceFiles = 16;
 constexpr int openings = 25;
 
-double secondsSince(Clock::time_point start) {
-    return std::chrono::duration<double>(Clock::now() - start).count();
+/// The names that exportPages() gives.
+std::vector<std::wstring> pageNames(std::size_t count) {
+    return numberedNames(L"Page", 5, count);
 }
-
-double median(std::vector<double> values) {
-    std::sort(values.begin(), values.end());
-    const std::size_t middle = values.size() / 2;
-    return values.size() % 2 ? values[middle] : (values[middle - 1] + values[middle]) / 2;
-}
-
-[[noreturn]] void fail(const std::string& what) {
-    throw host::HostError(what + ": " + host::reasonFor(GetLastError()) + ".");
-}
-
-std::wstring programFolder() {
-    wchar_t path[MAX_PATH];
-    GetModuleFileNameW(nullptr, path, MAX_PATH);
-    return std::wstring(path, std::wcsrchr(path, L'\\'));
-}
-
-/// A folder that begins empty and is removed with the files that were put into it.
-class Target {
-public:
-    /// @param indexed  marks the folder for the look-ups that indexed_lookup.c gives Wine
-    Target(const std::wstring& folder, std::size_t pages, bool indexed)
-        : folder(folder), mark(folder + L"\\.ciopfs") {
-        if (!CreateDirectoryW(folder.c_str(), nullptr))
-            fail("A target folder cannot be made");
-        if (indexed)
-            host::UniqueHandle(
-                CreateFileW(mark.c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
-        for (std::size_t number = 1; number <= pages; ++number) {
-            wchar_t name[32];
-            std::swprintf(name, std::size(name), L"\\Page%05u.tif", static_cast<unsigned>(number));
-            expected.push_back(folder + name);
-        }
-    }
-    ~Target() {
-        for (const std::wstring& file : expected)
-            DeleteFileW(file.c_str());
-        DeleteFileW(mark.c_str());
-        RemoveDirectoryW(folder.c_str());
-    }
-    Target(const Target&) = delete;
-    Target& operator=(const Target&) = delete;
-
-    const std::wstring& path() const { return folder; }
-    /// The full paths of the files that an export into the folder makes.
-    const std::vector<std::wstring>& files() const { return expected; }
-
-    void verify() const {
-        for (const std::wstring& file : expected) {
-            WIN32_FILE_ATTRIBUTE_DATA data{};
-            if (!GetFileAttributesExW(file.c_str(), GetFileExInfoStandard, &data))
-                fail("An exported page is missing");
-            if (data.nFileSizeLow != pageBytes)
-                throw host::HostError("An exported page has not the size of its source.");
-        }
-    }
-
-private:
-    std::wstring folder;
-    std::wstring mark;
-    std::vector<std::wstring> expected;
-};
-
-/// The few files that all pages share, so that both sides read from the system's cache.
-class Sources {
-public:
-    explicit Sources(const std::wstring& folder) {
-        std::mt19937_64 random(1);
-        std::vector<std::uint64_t> content(pageBytes / sizeof(std::uint64_t));
-        for (std::size_t index = 0; index < sourceFiles; ++index) {
-            std::generate(content.begin(), content.end(), std::ref(random));
-            files.push_back(folder + L"\\source" + std::to_wstring(index) + L".tif");
-            const host::UniqueHandle file(
-                CreateFileW(files.back().c_str(), GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
-            DWORD written = 0;
-            if (!file || !WriteFile(file.get(), content.data(), pageBytes, &written, nullptr))
-                fail("The pages to export cannot be written");
-        }
-    }
-    ~Sources() {
-        for (const std::wstring& file : files)
-            DeleteFileW(file.c_str());
-    }
-    Sources(const Sources&) = delete;
-    Sources& operator=(const Sources&) = delete;
-
-    const std::wstring& operator[](std::size_t page) const { return files[page % files.size()]; }
-
-private:
-    std::vector<std::wstring> files;
-};
-
-/// A host without windows of its own, as far as the measurements need one.
-class Host {
-public:
-    Host()
-        : application(registryBase),
-          owner(CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 0, 0, nullptr, nullptr, nullptr, nullptr)) {
-        if (!bxutils::getResourceManager()->loadLanguageFile(programFolder() + L"\\lang\\en.ini"))
-            fail("The language file cannot be read");
-    }
-    ~Host() {
-        DestroyWindow(owner);
-        RegDeleteTreeW(HKEY_CURRENT_USER, (std::wstring(L"SOFTWARE\\") + registryBase).c_str());
-    }
-    Host(const Host&) = delete;
-    Host& operator=(const Host&) = delete;
-
-    /// The component, loaded and registered for the time of the object's life.
-    std::unique_ptr<host::ComponentModule> loadComponent() {
-        return std::make_unique<host::ComponentModule>(programFolder() + L"\\BasicExport.dll", manager);
-    }
-
-    bxbase::Reference<SorvaneCommon::ExportEngine> createEngine() const {
-        bxbase::Reference<SorvaneCommon::ExportEngine> engine;
-        SorvaneCommon::ExportEngineFactory* factory = manager.findFactory(directoryFactoryId);
-        if (!factory || !factory->createEngine(CWnd::FromHandle(owner), engine))
-            throw host::HostError("The component offers no export to a directory.");
-        return engine;
-    }
-
-private:
-    host::HostApplication application;
-    host::EnginesManager manager;
-    HWND owner;
-};
 
 /// Watches for the dialog's first painting, cancels the dialog then, and knows how long it took to get there.
 class FirstPaint {
@@ -230,18 +91,9 @@ private:
     bool painting = false;
 };
 
-host::FilePages makePages(const Sources& sources, const std::wstring& folder, std::size_t count,
-                          host::PageWatcher* watcher) {
-    const auto parent = std::make_shared<host::FileFolder>(folder);
-    host::FilePages pages;
-    for (std::size_t page = 0; page < count; ++page)
-        pages.emplace_back(new bxbase::ReferencedImpl<host::FilePage>(sources[page], parent, watcher));
-    return pages;
-}
-
 /// Exports pages through the component, its dialog filled in and confirmed.
 void exportPages(const Host& host, const host::FilePages& pages, const Target& target) {
-    const auto engine = host.createEngine();
+    const auto engine = host.createEngine(directoryFactoryId);
     for (const auto& page : pages)
         engine->addData(page.get());
     {
@@ -266,75 +118,14 @@ struct Options {
     std::size_t memoryPages = 0;
 };
 
-/// The seconds that a page took in each turn.
-struct Times {
-    std::vector<double> ours;
-    std::vector<double> peer;
-    std::vector<double> ratios;
-};
-
-/// Copies each block of pages with CopyFileW right before the engine exports it. Taking turns, both sides meet the
-/// same disk: how fast that takes data changes within a run by more than the sides differ.
-class TurnTaker : public host::PageWatcher {
-public:
-    TurnTaker(const Sources& sources, const Target& copies, Times& times)
-        : sources(sources), copies(copies), times(times) {}
-
-    void pageAsked(const host::FilePage& page) override {
-        if (&page == current)
-            return;
-        current = &page;
-        if (asked == copied) {
-            endTurn();
-            copyBlock();
-            turn = Clock::now();
-        }
-        ++asked;
-    }
-
-    /// Ends the engine's turn, if it has exported anything in it.
-    void endTurn() {
-        if (blockPages > 0) {
-            times.ours.push_back(secondsSince(turn) / static_cast<double>(blockPages));
-            times.ratios.push_back(times.ours.back() / times.peer.back());
-        }
-    }
-
-private:
-    static constexpr std::size_t maxBlockPages = 100;
-
-    void copyBlock() {
-        blockPages = std::min(maxBlockPages, copies.files().size() - copied);
-        const auto start = Clock::now();
-        for (const std::size_t end = copied + blockPages; copied < end; ++copied)
-            if (!CopyFileW(sources[copied].c_str(), copies.files()[copied].c_str(), FALSE))
-                fail("CopyFileW failed");
-        times.peer.push_back(secondsSince(start) / static_cast<double>(blockPages));
-    }
-
-    const Sources& sources;
-    const Target& copies;
-    Times& times;
-    Clock::time_point turn;
-    const host::FilePage* current = nullptr;
-    std::size_t asked = 0;
-    std::size_t copied = 0;
-    std::size_t blockPages = 0; ///< of the turn
-};
-
 void measurePages(const Host& host, const Sources& sources, const Options& options, std::size_t count,
                   bool indexed, Times& times) {
-    const Target target(options.folder + L"\\export", count, indexed);
-    const Target copies(options.folder + L"\\copies", count, indexed);
+    const Target target(options.folder + L"\\export", pageNames(count), indexed);
+    const Target copies(options.folder + L"\\copies", pageNames(count), indexed);
     TurnTaker turns(sources, copies, times);
     exportPages(host, makePages(sources, options.folder, count, &turns), target);
     turns.endTurn();
-    target.verify();
-}
-
-void printTimes(std::size_t count, const Times& times) {
-    std::printf("%8zu  %6zu  %9.3f ms  %9.3f ms  %8.3f\n", count, times.ratios.size(),
-                median(times.ours) * 1000, median(times.peer) * 1000, median(times.ratios));
+    verifyPages(target.files());
 }
 
 /// How much more a page costs in the size where it costs most than in the size where it costs least.
@@ -409,10 +200,10 @@ void measureMemory(const Host& host, const Options& options) {
     const Sources sources(options.folder);
     {
         // What is loaded and allocated once is there before the count begins.
-        const Target target(options.folder + L"\\export", 1, true);
+        const Target target(options.folder + L"\\export", pageNames(1), true);
         exportPages(host, makePages(sources, options.folder, 1, nullptr), target);
     }
-    const Target target(options.folder + L"\\export", options.memoryPages, true);
+    const Target target(options.folder + L"\\export", pageNames(options.memoryPages), true);
     MemoryWatcher watcher;
     const Memory before = memoryNow();
     const host::FilePages pages = makePages(sources, options.folder, options.memoryPages, &watcher);
@@ -467,7 +258,7 @@ void measureLoading(Host& host) {
 void measureDialog(const Host& host) {
     std::vector<double> seconds;
     for (int count = 0; count < openings; ++count) {
-        const auto engine = host.createEngine();
+        const auto engine = host.createEngine(directoryFactoryId);
         FirstPaint paint;
         engine->showDialog();
         if (!paint.seconds)
@@ -513,7 +304,7 @@ Options parseOptions(int count, wchar_t** arguments) {
 int wmain(int argumentCount, wchar_t** arguments) {
     try {
         const Options options = parseOptions(argumentCount, arguments);
-        Host host;
+        Host host(registryBase);
         if (options.memoryPages == 0)
             measureLoading(host);
         const auto component = host.loadComponent();

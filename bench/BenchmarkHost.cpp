@@ -1,0 +1,45 @@
+// The host that the benchmarks run the component in.
+#include "bench/BenchmarkHost.h"
+
+#include "host/HostError.h"
+
+#include "SorvaneBase/bxutils/ResourceManager.h"
+#include "SorvaneCommon/ExportEngineFactory.h"
+
+#include "afxwin.h"
+
+#include <cwchar>
+
+namespace bench {
+
+std::wstring programFolder() {
+    wchar_t path[MAX_PATH];
+    GetModuleFileNameW(nullptr, path, MAX_PATH);
+    return {path, std::wcsrchr(path, L'\\')};
+}
+
+Host::Host(const wchar_t* registryBase)
+    : application(registryBase),
+      owner(CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 0, 0, nullptr, nullptr, nullptr, nullptr)) {
+    if (!bxutils::getResourceManager()->loadLanguageFile(programFolder() + L"\\lang\\en.ini"))
+        throw host::HostError("The language file cannot be read.");
+}
+
+Host::~Host() {
+    DestroyWindow(owner);
+    RegDeleteTreeW(HKEY_CURRENT_USER, (L"SOFTWARE\\" + application.getBaseRegistryPath()).c_str());
+}
+
+std::unique_ptr<host::ComponentModule> Host::loadComponent() {
+    return std::make_unique<host::ComponentModule>(programFolder() + L"\\BasicExport.dll", manager);
+}
+
+bxbase::Reference<SorvaneCommon::ExportEngine> Host::createEngine(const char* factoryId) const {
+    bxbase::Reference<SorvaneCommon::ExportEngine> engine;
+    SorvaneCommon::ExportEngineFactory* factory = manager.findFactory(factoryId);
+    if (!factory || !factory->createEngine(CWnd::FromHandle(owner), engine))
+        throw host::HostError(std::string("The component offers no ") + factoryId + ".");
+    return engine;
+}
+
+} // namespace bench
