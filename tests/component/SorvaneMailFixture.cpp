@@ -26,6 +26,7 @@ bool SorvaneMailFixture::sendWithPrompt(SorvaneMailMessage& message, CWnd* owner
     pilot.then("the prompt", host::anyMessageBox(), [this](HWND box) {
         promptText = host::messageBoxText(box);
         promptOwner = GetWindow(box, GW_OWNER);
+        loggedBeforePrompt = log.all().back();
         EXPECT_EQ(GetDlgItem(box, IDCANCEL), nullptr) << "there is more than OK";
         return host::click(IDOK)(box);
     });

@@ -36,4 +36,5 @@ protected:
     SorvaneMail mail;
     std::wstring promptText; ///< of the last sendWithPrompt()
     HWND promptOwner = nullptr;
+    std::string loggedBeforePrompt; ///< the last record of the log then
 };

@@ -165,18 +165,22 @@ TEST_F(SorvaneMailTest, MessageCanBeSentAgainUnchanged) {
     EXPECT_EQ(client.calls[1].files.at(0).name, "Page-1.tif");
 }
 
-TEST_F(SorvaneMailTest, AttachmentRecordsStayReadableAfterTheCall) {
+TEST_F(SorvaneMailTest, AttachmentRecordsOfEveryCallStayReadable) {
     constexpr std::size_t count = 20;
     const auto message = newMessage();
     for (std::size_t i = 0; i < count; ++i)
         message->addAttachment("C:\\1.tif", "Page-1.tif");
     EXPECT_TRUE(send(*message, &parent));
+    EXPECT_TRUE(send(*message, &parent));
+    ASSERT_THAT(client.calls, SizeIs(2));
+    EXPECT_NE(client.calls[0].message.lpFiles, client.calls[1].message.lpFiles);
     // Whatever was freed is written over.
     std::list<std::string> others;
     for (int i = 0; i < 1000; ++i)
         others.emplace_back(count * sizeof(MapiFileDesc) - 1, 'x');
-    for (std::size_t i = 0; i < count; ++i)
-        EXPECT_EQ(bytesOf(call().message.lpFiles[i]), call().files.at(i).bytes);
+    for (const test::MailCall& sent : client.calls)
+        for (std::size_t i = 0; i < count; ++i)
+            EXPECT_EQ(bytesOf(sent.message.lpFiles[i]), sent.files.at(i).bytes);
 }
 
 // The result.
@@ -203,6 +207,7 @@ TEST_P(FailureTest, IsLoggedAndShown) {
     EXPECT_EQ(client.finished, 1);
     EXPECT_EQ(log.all().back(),
               "0 " + source + "154 MAPI failure, error code=" + std::to_string(static_cast<int>(GetParam())));
+    EXPECT_EQ(loggedBeforePrompt, log.all().back());
     EXPECT_EQ(promptText, L"The mail program reported a failure. The message has not been sent.");
     EXPECT_EQ(promptOwner, parent.m_hWnd);
     EXPECT_TRUE(parent.IsWindowEnabled());
