@@ -6,6 +6,7 @@
 #include "ExportFactories.h"
 #include "LocalizedText.h"
 #include "PageName.h"
+#include "PageSource.h"
 #include "SorvaneBase/Conversions.h"
 #include "SorvaneBase/StringBuilders.h"
 #include "SorvaneBase/bxdisk/Disk.h"
@@ -113,25 +114,16 @@ int ExportToDirectory::exportPage(ExportDataItem* page, std::uint32_t number, st
                                      {}) != SorvaneCommon::MessageDlgResult::Yes)
         return STOPPED_BY_USER;
 
-    std::wstring source;
-    const bool isTemporaryCopy = !page->getFilePath(source);
-    if (isTemporaryCopy) {
-        SorvaneException ignored;
-        if (!page->createDataCopy(source, ignored))
-            return FAILED;
-    }
-
-    Sorvane::u8string sourcePath;
-    Sorvane::c_u16u8(sourcePath, source);
-    const bool copied =
-        CopyFileW(bxdisk::File(sourcePath).getPath().c_str(), target.getPath().c_str(), FALSE) != FALSE;
-    if (isTemporaryCopy)
-        bxdisk::deleteFile(sourcePath);
+    PageSource source;
+    if (!source.open(page))
+        return FAILED;
+    const bool copied = source.copyTo(target);
+    source.discard();
     if (copied)
         return DONE;
 
     std::wstring shownSource;
-    Sorvane::c_u8u16(shownSource, sourcePath);
+    Sorvane::c_u8u16(shownSource, source.getPath());
     parentWindow->MessageBoxW(
         (localizedText("Scan", "ScanExport.Error.CannotCopy") + L"\n" + shownSource).c_str(),
         localizedText("Common", "Error").c_str(), MB_ICONERROR);

@@ -6,6 +6,7 @@
 #include "ExportToMailDlg.h"
 #include "LocalizedText.h"
 #include "PageName.h"
+#include "PageSource.h"
 #include "SorvaneBase/Conversions.h"
 #include "SorvaneBase/bxdisk/Disk.h"
 #include "SorvaneBase/bxdisk/File.h"
@@ -32,20 +33,12 @@ constexpr int LINE_SEND = 188;
 
 /// Copies the page's data to the path and adds its size to the total.
 bool copyPage(ExportDataItem* page, const bxdisk::File& target, std::int64_t& totalSize) {
-    std::wstring source;
-    const bool isTemporaryCopy = !page->getFilePath(source);
-    if (isTemporaryCopy) {
-        SorvaneException ignored;
-        if (!page->createDataCopy(source, ignored))
-            return false;
-    }
-    Sorvane::u8string sourcePath;
-    Sorvane::c_u16u8(sourcePath, source);
-    const bool copied =
-        CopyFileW(bxdisk::File(sourcePath).getPath().c_str(), target.getPath().c_str(), FALSE) != FALSE;
+    PageSource source;
+    if (!source.open(page))
+        return false;
+    const bool copied = source.copyTo(target);
     totalSize += target.getFileSize();
-    if (isTemporaryCopy)
-        bxdisk::deleteFile(sourcePath);
+    source.discard();
     return copied;
 }
 
@@ -131,7 +124,7 @@ bool ExportToMail::prepareAttachments(const Sorvane::u8string& tempDir, std::lis
         ++number;
     }
 
-    // Settings of 2 GiB and more wrap around, on purpose: hosts know 2097152 and 4194304 as "no limit".
+    // In 32 bits, on purpose: settings of 2 GiB and more wrap around, so that 2097152 and 4194304 are no limit.
     const auto limit = static_cast<std::int32_t>(static_cast<std::uint32_t>(data.maxTotalSizeInKb) << 10);
     if (limit <= 0 || totalSize <= limit)
         return true;
