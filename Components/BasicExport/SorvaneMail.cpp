@@ -39,13 +39,8 @@ void showPrompt(UINT id) {
     AfxMessageBox(id, MB_OK, static_cast<UINT>(-1));
 }
 
-// The records of Simple MAPI point to texts that may be written to, though no mail client does so.
-LPSTR writable(const std::string& text) {
-    return const_cast<LPSTR>(text.c_str());
-}
-
-/// Keeps the mouse, the keyboard and enabling from the owner of the mail client's windows: between two windows of
-/// its own a mail client enables its owner, and the user must not start anything there.
+/// Keeps the user out of the window that owns those of the mail client. The flag holds also when the mail client
+/// enables its owner, as it does between two windows of its own.
 HWND holdOff(CWnd* parent) {
     parent->SetCapture();
     SetFocus(nullptr);
@@ -116,7 +111,7 @@ void SorvaneMailMessage::addAttachment(const Sorvane::u8string& pathName, const 
     Sorvane::c_u8acp(attachment.fileNameAcp, attachment.fileName);
 }
 
-lpMapiFileDesc SorvaneMailMessage::describeAttachments() const {
+lpMapiFileDesc SorvaneMailMessage::describeAttachments() {
     if (attachments.empty())
         return nullptr;
     log(PROGRESS, "Adding attachments", LINE_ATTACHMENTS);
@@ -124,11 +119,11 @@ lpMapiFileDesc SorvaneMailMessage::describeAttachments() const {
     auto files = std::make_unique_for_overwrite<MapiFileDesc[]>(attachments.size());
     std::memset(files.get(), 0, attachments.size() * sizeof(MapiFileDesc));
     lpMapiFileDesc file = files.get();
-    for (const MailAttachment& attachment : attachments) {
+    for (MailAttachment& attachment : attachments) {
         // The note's only character.
         file->nPosition = 0;
-        file->lpszPathName = writable(attachment.pathNameAcp);
-        file->lpszFileName = writable(attachment.fileNameAcp);
+        file->lpszPathName = attachment.pathNameAcp.data();
+        file->lpszFileName = attachment.fileNameAcp.data();
         ++file;
     }
     // Never freed: a mail client may go on reading it after its function has returned.
@@ -157,7 +152,7 @@ bool SorvaneMailMessage::send(CWnd* parent) {
     if (!subjectAcp.empty())
         message.lpszSubject = subjectAcp.data();
 
-    // A program without an application object has no windows of its own to hold off.
+    // A host may do without an application object; then nobody disables its other windows.
     CWinApp* const application = AfxGetModuleState()->m_pCurrentWinApp;
     if (application)
         application->EnableModeless(FALSE);

@@ -59,13 +59,13 @@ public:
 
     /// Shows the message in the mail client and returns when the user is done with it there. The message stays as it
     /// is and can be sent again.
-    /// @param parent  owns the mail client's windows and is disabled meanwhile; may be null
+    /// @param parent  owns the mail client's windows and gets no input meanwhile; may be null
     /// @return false after a failure, which has been logged and shown to the user. A user who does not send the
     ///         message or does not log on to the mail client is no failure.
     bool send(CWnd* parent);
 
 private:
-    lpMapiFileDesc describeAttachments() const;
+    lpMapiFileDesc describeAttachments();
 
     SorvaneMail* mail;
     std::list<MailAttachment> attachments;
