@@ -8,23 +8,6 @@ namespace {
 
 using testing::ElementsAre;
 
-TEST(ProcessHandlesTest, SeeWhatIsOpened) {
-    const std::size_t handles = test::countHandles();
-    const std::size_t modules = test::countModules();
-    const std::size_t windows = test::countWindows();
-    HANDLE event = CreateEventW(nullptr, FALSE, FALSE, nullptr);
-    const HMODULE module = LoadLibraryW(L"recording_mail_client.dll");
-    CWnd window;
-    window.CreateEx(0, nullptr, L"", WS_POPUP, 0, 0, 9, 9, nullptr, nullptr);
-    EXPECT_EQ(test::countHandles(), handles + 1);
-    EXPECT_EQ(test::countModules(), modules + 1);
-    EXPECT_GT(test::countWindows(), windows);
-    CloseHandle(event);
-    FreeLibrary(module);
-    EXPECT_EQ(test::countHandles(), handles);
-    EXPECT_EQ(test::countModules(), modules);
-}
-
 class MailBalanceTest : public MailExportFixture {
 protected:
     /// Exports into a root of its own, which Wine looks through for each new directory.

@@ -117,10 +117,16 @@ TEST_F(MailDialogTest, MakesEveryControlOfItsTypeAndStyle) {
     })});
 }
 
-TEST_F(MailDialogTest, BindsEveryControlToAnObject) {
+TEST_F(MailDialogTest, BindsEveryControlToAnObjectOfItsClass) {
     inspect({now([](HWND window) {
-        for (const Control& control : controls)
-            EXPECT_NE(CWnd::FromHandlePermanent(GetDlgItem(window, control.id)), nullptr) << control.id;
+        const auto isA = [window]<class Type>(int id) {
+            return dynamic_cast<Type*>(CWnd::FromHandlePermanent(GetDlgItem(window, id))) != nullptr;
+        };
+        for (int id : {titleId, descId, subjectLabelId})
+            EXPECT_TRUE(isA.operator()<CBCGPStatic>(id)) << id;
+        for (int id : {IDOK, IDCANCEL})
+            EXPECT_TRUE(isA.operator()<CBCGPButton>(id)) << id;
+        EXPECT_TRUE(isA.operator()<CBCGPEdit>(subjectId));
     })});
 }
 

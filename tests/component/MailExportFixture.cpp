@@ -80,6 +80,11 @@ void MailExportFixture::expectReport(int line, const char* message) const {
     EXPECT_EQ(errors.getReports()[0].message, message);
 }
 
+void MailExportFixture::expectWrittenAndRemoved(const test::TestPage& page) const {
+    EXPECT_EQ(page.copies, 1);
+    EXPECT_EQ(GetFileAttributesW(temporaryCopy.c_str()), INVALID_FILE_ATTRIBUTES);
+}
+
 std::wstring MailExportFixture::directory() const {
     const std::vector<std::wstring> made = tempRoot.list();
     EXPECT_EQ(made.size(), 1U);

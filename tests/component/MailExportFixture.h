@@ -55,6 +55,9 @@ protected:
     /// Expects exactly this report.
     void expectReport(int line, const char* message) const;
 
+    /// Expects that the page has written its copy, once, and that the copy is gone.
+    void expectWrittenAndRemoved(const test::TestPage& page) const;
+
     /// The directory of the export, which must be the only thing in the temporary root.
     std::wstring directory() const;
     /// The names of the files in it.

@@ -3,12 +3,16 @@
 
 #include "SorvaneBase/bxdisk/Disk.h"
 #include "SorvaneBase/bxutils/ResourceManager.h"
-#include "host/CurrentDirectory.h"
 #include "host/Text.h"
+#include "host/UniqueHandle.h"
+#include "support/FreedMemory.h"
 #include "support/ImportHook.h"
 
+#include <windows.h>
+
+#include <winioctl.h>
+
 #include <climits>
-#include <filesystem>
 #include <future>
 #include <locale>
 
@@ -105,6 +109,7 @@ TEST_F(MailExportTest, NamesFollowTheHostsLanguage) {
     addPages(1);
     EXPECT_EQ(run(), 0);
     EXPECT_THAT(copies(), ElementsAre(L"Stránka č-1.tif"));
+    ASSERT_EQ(GetACP(), 1252U);
     // The code page 1252 has no "č".
     EXPECT_THAT(attachmentNames(), ElementsAre("Str\xE1nka _-1.tif"));
 }
@@ -112,6 +117,7 @@ TEST_F(MailExportTest, NamesFollowTheHostsLanguage) {
 TEST_F(MailExportTest, PathsOutsideTheCodePageLoseWhatItLacks) {
     ASSERT_TRUE(bxdisk::createDirectories(tempRoot / L"é漢"));
     bxdisk::setTempRoot(tempRoot / L"é漢");
+    ASSERT_EQ(GetACP(), 1252U);
     addPages(1);
     EXPECT_EQ(run(), 0);
     ASSERT_THAT(client.calls, SizeIs(1));
@@ -159,6 +165,9 @@ TEST_F(MailExportTest, AttachmentsAreThereDuringTheCallAndStayAfterIt) {
 }
 
 TEST_F(MailExportTest, ClientThatReadsTheAttachmentsAfterReturningFindsThemWhole) {
+    // Strings keep short texts inside themselves, where they would be found after they are freed.
+    ASSERT_TRUE(bxutils::getResourceManager()->loadLanguageFile(
+        scratch.write(L"long.ini", "[Scan]\nBasicExport.Page=A page with a long name\n")));
     addPage(L"a.tif", "first");
     addPageWithoutFile("second");
     std::promise<void> exportIsOver;
@@ -166,10 +175,11 @@ TEST_F(MailExportTest, ClientThatReadsTheAttachmentsAfterReturningFindsThemWhole
     client.behaviour = test::readsAttachmentsLater(exportIsOver.get_future(), read);
     EXPECT_EQ(run(), 0);
     engine.clear();
+    test::overwriteFreedMemory();
     exportIsOver.set_value();
     ASSERT_TRUE(read.valid());
-    EXPECT_THAT(read.get(), ElementsAre(test::ReadAttachment{"Page-1.tif", "first"},
-                                        test::ReadAttachment{"Page-2.tif", "second"}));
+    EXPECT_THAT(read.get(), ElementsAre(test::ReadAttachment{"A page with a long name-1.tif", "first"},
+                                        test::ReadAttachment{"A page with a long name-2.tif", "second"}));
 }
 
 TEST_F(MailExportTest, DirectoryIsNamedAfterTheExport) {
@@ -230,22 +240,77 @@ TEST_F(MailExportTest, PathsOver260CharactersAreCopiedAndAttached) {
     EXPECT_EQ(test::readFile(host::wide(client.calls.at(0).files.at(0).path.value_or(""))), "data");
 }
 
+struct SourceName {
+    const char* what;
+    std::wstring name;
+};
+
+class SourceNameTest : public MailExportFixture, public testing::WithParamInterface<SourceName> {};
+
+TEST_P(SourceNameTest, ReachesTheSystemAsItIs) {
+    static std::wstring source;
+    const auto noteSource = +[](const wchar_t* path, const wchar_t*, BOOL) WINAPI -> BOOL {
+        source = path;
+        return TRUE;
+    };
+    const test::ImportHook copyFile("CopyFileW", reinterpret_cast<void*>(noteSource));
+    addPage(L"a.tif", "data").file = L"C:\\" + GetParam().name;
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(source, L"C:\\" + GetParam().name);
+}
+
+INSTANTIATE_TEST_SUITE_P(Names, SourceNameTest,
+                         testing::Values(SourceName{"OutsideTheCodePage", L"é漢.tif"},
+                                         SourceName{"OutsideTheBasicPlane", L"\xD83D\xDCC4.tif"},
+                                         SourceName{"WithALoneSurrogate", L"\xD800.tif"}),
+                         [](const auto& info) { return std::string(info.param.what); });
+
+TEST_F(MailExportTest, PageWhosePathIsOver260CharactersIsAttached) {
+    std::wstring folder;
+    while (folder.size() < 280)
+        folder += std::wstring(40, L'd') + L"\\";
+    ASSERT_TRUE(bxdisk::createDirectories(pageFolder / folder));
+    addPage(folder + L"a.tif", "data");
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(test::readFile(directory() + L"\\Page-1.tif"), "data");
+}
+
+// The host's module state.
+
+TEST_F(MailExportTest, RunsInTheStateThatIsCurrent) {
+    AFX_MODULE_STATE hostState(GetModuleHandleW(L"kernel32.dll"));
+    const AFX_MAINTAIN_STATE2 hostIsCurrent(&hostState);
+    CWinApp hostApp(L"Host");
+    client.behaviour = test::meanwhile([&] {
+        EXPECT_EQ(AfxGetModuleState(), &hostState);
+        EXPECT_FALSE(owner.IsWindowEnabled());
+    });
+    EXPECT_EQ(run(), 0);
+    EXPECT_EQ(client.finished, 1);
+    EXPECT_TRUE(owner.IsWindowEnabled());
+}
+
 // Pages without a file.
 
 TEST_F(MailExportTest, WrittenCopyIsAttachedAndItsSourceRemoved) {
     addPageWithoutFile("written");
     EXPECT_EQ(run(), 0);
     EXPECT_EQ(test::readFile(directory() + L"\\Page-1.tif"), "written");
-    EXPECT_EQ(pages.back().copies, 1);
-    EXPECT_EQ(GetFileAttributesW(temporaryCopy.c_str()), INVALID_FILE_ATTRIBUTES);
+    expectWrittenAndRemoved(pages.back());
 }
 
 TEST_F(MailExportTest, WrittenCopyIsRemovedAlsoWhenALaterPageFails) {
     addPageWithoutFile("written");
     addPage(L"b.tif", "b").file = pageFolder / L"gone.tif";
     EXPECT_EQ(run(), 1);
-    EXPECT_EQ(pages.front().copies, 1);
-    EXPECT_EQ(GetFileAttributesW(temporaryCopy.c_str()), INVALID_FILE_ATTRIBUTES);
+    expectWrittenAndRemoved(pages.front());
+}
+
+TEST_F(MailExportTest, WrittenCopyIsRemovedAlsoWhenTheMessageIsNotSent) {
+    addPageWithoutFile("written");
+    client.behaviour = test::returns(MAPI_E_FAILURE);
+    EXPECT_EQ(runAndPress(IDOK), 1);
+    expectWrittenAndRemoved(pages.back());
 }
 
 TEST_F(MailExportTest, SourceOfAPageWithAFileStays) {
@@ -262,8 +327,7 @@ TEST_F(MailExportTest, WrittenCopyIsRemovedAlsoWhenItCannotBeCopied) {
     addPageWithoutFile("written");
     EXPECT_EQ(run(), 1);
     expectReport(162, "Failed to prepare attachments");
-    EXPECT_EQ(pages.back().copies, 1);
-    EXPECT_EQ(GetFileAttributesW(temporaryCopy.c_str()), INVALID_FILE_ATTRIBUTES);
+    expectWrittenAndRemoved(pages.back());
 }
 
 // The page during its turn.
@@ -413,26 +477,59 @@ TEST_F(QuestionTest, AnsweredNoIsAFailureAfterAllCopies) {
     EXPECT_THAT(client.calls, IsEmpty());
 }
 
-TEST_F(QuestionTest, CountsPagesThatWereWrittenAndAreRemovedByThen) {
-    pages.back().file.reset();
-    pages.back().data = std::string(600, 'b');
-    pages.back().copyPath = temporaryCopy;
+TEST_F(QuestionTest, IsAMessageBoxOfTheParentInExactlyThisStyle) {
+    static HWND boxOwner;
+    static UINT style;
+    const auto noteBox = +[](HWND window, const wchar_t*, const wchar_t*, UINT type) WINAPI -> int {
+        boxOwner = window;
+        style = type;
+        return IDYES;
+    };
+    const test::ImportHook messageBox("MessageBoxW", reinterpret_cast<void*>(noteBox), L"toolkit.dll");
+    EXPECT_EQ(engine->exportData(nullptr, errors), 0);
+    EXPECT_EQ(boxOwner, owner.m_hWnd);
+    EXPECT_EQ(style, 0x24U);
+}
+
+class WrittenPageQuestionTest : public QuestionTest {
+protected:
+    WrittenPageQuestionTest() {
+        pages.back().file.reset();
+        pages.back().data = std::string(600, 'b');
+        pages.back().copyPath = temporaryCopy;
+    }
+};
+
+TEST_F(WrittenPageQuestionTest, AnsweredYesSendsWhatWasWrittenAndRemoved) {
+    EXPECT_EQ(runAndPress(IDYES), 0);
+    EXPECT_EQ(client.finished, 1);
+    expectWrittenAndRemoved(pages.back());
+}
+
+TEST_F(WrittenPageQuestionTest, AnsweredNoRemovesWhatWasWritten) {
     EXPECT_EQ(runAndPress(IDNO), 1);
-    EXPECT_EQ(pages.back().copies, 1);
-    EXPECT_EQ(GetFileAttributesW(temporaryCopy.c_str()), INVALID_FILE_ATTRIBUTES);
+    expectWrittenAndRemoved(pages.back());
+}
+
+TEST_F(MailExportTest, SizeOver4GibIsNotTakenForASmallOne) {
+    // The same in 32 bits is a single byte.
+    const auto makeSparse = +[](const wchar_t*, const wchar_t* target, BOOL) WINAPI -> BOOL {
+        const host::UniqueHandle file(
+            CreateFileW(target, GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS, 0, nullptr));
+        DWORD ignored = 0;
+        DeviceIoControl(file.get(), FSCTL_SET_SPARSE, nullptr, 0, nullptr, 0, &ignored, nullptr);
+        LARGE_INTEGER size;
+        size.QuadPart = (std::int64_t{1} << 32) + 1;
+        return SetFilePointerEx(file.get(), size, nullptr, FILE_BEGIN) && SetEndOfFile(file.get());
+    };
+    const test::ImportHook copyFile("CopyFileW", reinterpret_cast<void*>(makeSparse));
+    engine->data.maxTotalSizeInKb = 1;
+    addPages(1);
+    EXPECT_EQ(runAndPress(IDNO), 1);
+    EXPECT_THAT(client.calls, IsEmpty());
 }
 
 // Mail clients with habits of their own.
-
-TEST_F(MailExportTest, ClientThatChangesTheCurrentDirectoryDoesNotDisturb) {
-    const test::CurrentDirectory comesBack(pageFolder.path());
-    client.behaviour = test::changesDirectory(scratch.path());
-    addPages(2);
-    EXPECT_EQ(run(), 0);
-    EXPECT_EQ(std::filesystem::current_path(), scratch.path());
-    EXPECT_EQ(run(), 0);
-    EXPECT_EQ(client.finished, 2);
-}
 
 TEST_F(MailExportTest, ClientThatDestroysItsOwnerDoesNotDisturb) {
     client.behaviour = test::destroysOwner();

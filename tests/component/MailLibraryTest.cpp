@@ -53,6 +53,7 @@ protected:
         host::DialogPilot pilot(std::chrono::seconds(30));
         pilot.then("the prompt", host::anyMessageBox(), [this](HWND box) {
             prompt = host::messageBoxText(box);
+            EXPECT_EQ(GetDlgItem(box, IDCANCEL), nullptr) << "there is more than OK";
             return host::click(IDOK)(box);
         });
         const bool done = mail.initialize();
@@ -90,7 +91,7 @@ TEST_F(InvalidMailLibraryTest, StaysLoadedUntilTheTransportGoes) {
 class MailExportWithoutLibraryTest : public MailExportFixture {};
 
 TEST_F(MailExportWithoutLibraryTest, IsReportedBeforeAnythingIsCopied) {
-    test::expectNoMailLibrary();
+    ASSERT_NO_FATAL_FAILURE(test::expectNoMailLibrary());
     addPages(1);
     EXPECT_EQ(run(), 1);
     expectReport(155, "Failed to initialize mail");

@@ -105,6 +105,7 @@ TEST_F(MailShowDialogTest, UsesTheComponentsResourcesAndGivesTheStateBack) {
 }
 
 TEST_F(MailShowDialogTest, ExportFollowsTheConfirmedSubject) {
+    ASSERT_EQ(GetACP(), 1252U);
     EXPECT_TRUE(show({enterText(IDC_SEND_MAIL_SUBJECT, L"Caf\u00E9"), click(IDOK)}));
     EXPECT_EQ(run(), 0);
     EXPECT_EQ(client.calls.at(0).subject, "Caf\xE9");

@@ -1,8 +1,9 @@
 // What the mail transport hands to the mail client, and what it makes of the answer.
 #include "SorvaneMailFixture.h"
 
+#include "support/FreedMemory.h"
+
 #include <cstring>
-#include <list>
 
 namespace {
 
@@ -174,10 +175,7 @@ TEST_F(SorvaneMailTest, AttachmentRecordsOfEveryCallStayReadable) {
     EXPECT_TRUE(send(*message, &parent));
     ASSERT_THAT(client.calls, SizeIs(2));
     EXPECT_NE(client.calls[0].message.lpFiles, client.calls[1].message.lpFiles);
-    // Whatever was freed is written over.
-    std::list<std::string> others;
-    for (int i = 0; i < 1000; ++i)
-        others.emplace_back(count * sizeof(MapiFileDesc) - 1, 'x');
+    test::overwriteFreedMemory();
     for (const test::MailCall& sent : client.calls)
         for (std::size_t i = 0; i < count; ++i)
             EXPECT_EQ(bytesOf(sent.message.lpFiles[i]), sent.files.at(i).bytes);

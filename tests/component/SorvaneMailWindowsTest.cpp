@@ -238,6 +238,23 @@ TEST_F(MailWindowsTest, StayOutOfReachOfTheOuterCallWhenAnotherIsMadeInside) {
     expectUsable();
 }
 
+TEST_F(MailWindowsTest, AnotherCallInsideGivesASharedParentBackButNoOther) {
+    // Whoever sends from inside the mail client's call, over the same parent, ends the holding off for both.
+    const auto inner = newMessage();
+    client.behaviour = [&](const test::MailCall&) {
+        if (client.calls.size() == 1) {
+            EXPECT_TRUE(inner->send(&parent));
+            EXPECT_TRUE(parent.IsWindowEnabled());
+            EXPECT_EQ(parent.m_nFlags & WF_STAYDISABLED, 0U);
+            EXPECT_FALSE(other.IsWindowEnabled());
+        }
+        return ULONG{SUCCESS_SUCCESS};
+    };
+    EXPECT_TRUE(send(*newMessage(), &parent));
+    EXPECT_EQ(client.finished, 2);
+    expectUsable();
+}
+
 TEST_F(MailWindowsTest, AreUsableWhileAFailureIsShown) {
     client.behaviour = test::returns(MAPI_E_FAILURE);
     CWnd* const watched = &other;

@@ -1,4 +1,4 @@
-// Watches the calls that the test program makes of another module's function.
+// Watches the calls that a module makes of another module's function.
 #include "support/ImportHook.h"
 
 #include <cstddef>
@@ -9,8 +9,8 @@
 namespace test {
 namespace {
 
-void** findSlot(const char* function) {
-    auto* const base = reinterpret_cast<std::byte*>(GetModuleHandleW(nullptr));
+void** findSlot(const char* function, const wchar_t* module) {
+    auto* const base = reinterpret_cast<std::byte*>(GetModuleHandleW(module));
     const auto* dos = reinterpret_cast<const IMAGE_DOS_HEADER*>(base);
     const auto* headers = reinterpret_cast<const IMAGE_NT_HEADERS*>(base + dos->e_lfanew);
     const auto& directory = headers->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT];
@@ -26,12 +26,13 @@ void** findSlot(const char* function) {
                 return slots;
         }
     }
-    throw std::runtime_error(std::string("the program does not import ") + function);
+    throw std::runtime_error(std::string("there is no import of ") + function);
 }
 
 } // namespace
 
-ImportHook::ImportHook(const char* function, void* replacement) : slot(findSlot(function)), original(*slot) {
+ImportHook::ImportHook(const char* function, void* replacement, const wchar_t* module)
+    : slot(findSlot(function, module)), original(*slot) {
     write(slot, replacement);
 }
 

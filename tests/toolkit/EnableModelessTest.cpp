@@ -3,6 +3,9 @@
 
 #include <gtest/gtest.h>
 
+#include <future>
+#include <thread>
+
 namespace {
 
 class EnableModelessTest : public testing::Test {
@@ -47,6 +50,32 @@ TEST_F(EnableModelessTest, LeavesAHiddenWindowAlone) {
     app.EnableModeless(FALSE);
     EXPECT_TRUE(first.IsWindowEnabled());
     app.EnableModeless(TRUE);
+}
+
+TEST_F(EnableModelessTest, LeavesChildWindowsAlone) {
+    CWnd child;
+    child.CreateEx(0, nullptr, L"", WS_CHILD | WS_VISIBLE, 0, 0, 9, 9, first, nullptr);
+    app.EnableModeless(FALSE);
+    EXPECT_TRUE(child.IsWindowEnabled());
+    app.EnableModeless(TRUE);
+}
+
+TEST_F(EnableModelessTest, LeavesWindowsOfOtherThreadsAlone) {
+    std::promise<HWND> made;
+    std::promise<void> done;
+    std::thread thread([&] {
+        HWND window = CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 0, 0, 9, 9, nullptr, nullptr,
+                                      nullptr, nullptr);
+        made.set_value(window);
+        done.get_future().wait();
+        DestroyWindow(window);
+    });
+    HWND window = made.get_future().get();
+    app.EnableModeless(FALSE);
+    EXPECT_TRUE(IsWindowEnabled(window));
+    app.EnableModeless(TRUE);
+    done.set_value();
+    thread.join();
 }
 
 TEST_F(EnableModelessTest, LeavesAWindowMadeMeanwhileAlone) {

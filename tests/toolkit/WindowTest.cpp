@@ -263,6 +263,19 @@ TEST_F(WindowTest, SubclassedStaysDisabledWhileItsFlagSaysSo) {
     EXPECT_FALSE(edit.IsWindowEnabled());
 }
 
+TEST_F(WindowTest, KeptDisabledItGivesTheFocusToNoWindow) {
+    CWnd window;
+    window.CreateEx(0, nullptr, L"", WS_POPUP | WS_VISIBLE, 0, 0, 9, 9, nullptr, nullptr);
+    CWnd other;
+    other.CreateEx(0, nullptr, L"", WS_POPUP | WS_VISIBLE, 0, 0, 9, 9, nullptr, nullptr);
+    other.SetFocus();
+    ASSERT_EQ(::GetFocus(), other.m_hWnd);
+    window.EnableWindow(FALSE);
+    window.m_nFlags |= WF_STAYDISABLED;
+    ::EnableWindow(window, TRUE);
+    EXPECT_EQ(::GetFocus(), nullptr);
+}
+
 TEST_F(WindowTest, FlagToStayDisabledDoesNotDisable) {
     CWnd window;
     window.CreateEx(0, nullptr, L"", WS_POPUP | WS_VISIBLE, 0, 0, 9, 9, nullptr, nullptr);

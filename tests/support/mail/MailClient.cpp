@@ -46,8 +46,9 @@ MailClient::MailClient()
     : behaviour(returns(SUCCESS_SUCCESS)), key(keyPath()),
       library(LoadLibraryW(L"recording_mail_client.dll")) {
     handle(true);
-    RegCreateKeyExW(HKEY_CURRENT_USER, keyPath().c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr, &machine,
-                    nullptr);
+    EXPECT_EQ(RegCreateKeyExW(HKEY_CURRENT_USER, keyPath().c_str(), 0, nullptr, 0, KEY_ALL_ACCESS, nullptr,
+                              &machine, nullptr),
+              ERROR_SUCCESS);
     const std::wstring clients = L"Software\\Clients\\Mail";
     setText(machine, clients, nullptr, clientName);
     setText(machine, clients + L"\\" + clientName, L"DLLPath", pathOf(library));
