@@ -15,6 +15,7 @@
 #include "host/ProgramCopy.h"
 #include "host/TemporaryRoot.h"
 #include "host/Text.h"
+#include "host/UniqueHandle.h"
 #include "support/ScopedRegistryKey.h"
 #include "support/TempFolder.h"
 #include "support/TestPage.h"
@@ -353,6 +354,23 @@ TEST_F(GuardedExportTest, LeavesTheAttachmentsToAMailClientThatReadsThemWhenTheR
     ASSERT_EQ(client.calls[0].files.size(), 1u);
     root.reset();
     EXPECT_EQ(test::readFile(host::wide(client.calls[0].files[0].path.value())), "the page");
+}
+
+TEST_F(GuardedExportTest, GivesTheMailClientAttachmentsThatItCanReadWhateverTheTemporaryFolderIsCalled) {
+    root.reset();
+    root = std::make_unique<host::TemporaryRoot>(temporary / L"\u65E5\u672C\u0159\u03C9");
+    std::string bytes(100, '\0');
+    EXPECT_EQ(exportAnd([&](const MailCall& call) {
+                  const host::UniqueHandle file(CreateFileA(call.files.at(0).path->c_str(), GENERIC_READ, 0,
+                                                            nullptr, OPEN_EXISTING, 0, nullptr));
+                  DWORD size = 0;
+                  ReadFile(file.get(), bytes.data(), static_cast<DWORD>(bytes.size()), &size, nullptr);
+                  bytes.resize(size);
+                  return ULONG{SUCCESS_SUCCESS};
+              }),
+              0);
+    EXPECT_EQ(client.finished, 1);
+    EXPECT_EQ(bytes, "the page");
 }
 
 } // namespace
