@@ -8,9 +8,6 @@
 
 namespace {
 
-using host::utf8;
-using testing::HasSubstr;
-
 constexpr char registered[] =
     "DraftMail is your mail client now. Messages become files in the folder Drafts among "
     "your documents.\n";
