@@ -31,7 +31,8 @@ constexpr Meaning meanings[] = {
     {MAPI_E_ATTACHMENT_WRITE_FAILURE, "the mail client could not store an attachment"},
     {MAPI_E_TEXT_TOO_LARGE, "the subject is too long"},
     {MAPI_E_NETWORK_FAILURE, "the network failed"},
-    {MAPI_E_NOT_SUPPORTED, "no mail client that takes messages from other programs is installed"},
+    {MAPI_E_NOT_SUPPORTED,
+     "no mail client takes messages from programs here; --register-draft-mail provides one"},
 };
 
 } // namespace

@@ -146,7 +146,8 @@ TEST_F(MailTargetTest, TellsWhyTheMailClientTookNothing) {
         {2, "the mail client gave no reason but Simple MAPI code 2.\n"},
         {5, "there is not enough memory (Simple MAPI code 5).\n"},
         {12, "the mail client could not open an attachment (Simple MAPI code 12).\n"},
-        {26, "no mail client that takes messages from other programs is installed (Simple MAPI code 26).\n"},
+        {26, "no mail client takes messages from programs here; --register-draft-mail provides one (Simple "
+             "MAPI code 26).\n"},
         {0xFFFFFFFF, "the mail client gave no reason but Simple MAPI code -1.\n"},
     };
     int finished = 0;
