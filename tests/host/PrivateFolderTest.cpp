@@ -30,7 +30,7 @@ std::string accessTo(const std::wstring& folder) {
     char* text = nullptr;
     ConvertSecurityDescriptorToStringSecurityDescriptorA(descriptor, SDDL_REVISION_1,
                                                          DACL_SECURITY_INFORMATION, &text, nullptr);
-    const std::string result = text;
+    std::string result = text;
     LocalFree(text);
     LocalFree(descriptor);
     return result;
