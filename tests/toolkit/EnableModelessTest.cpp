@@ -62,19 +62,20 @@ TEST_F(EnableModelessTest, LeavesChildWindowsAlone) {
 
 TEST_F(EnableModelessTest, LeavesWindowsOfOtherThreadsAlone) {
     std::promise<HWND> made;
-    std::promise<void> done;
-    std::thread thread([&] {
+    std::thread thread([&made] {
         HWND window = CreateWindowExW(0, L"STATIC", L"", WS_POPUP | WS_VISIBLE, 0, 0, 9, 9, nullptr, nullptr,
                                       nullptr, nullptr);
         made.set_value(window);
-        done.get_future().wait();
+        MSG message;
+        while (GetMessageW(&message, nullptr, 0, 0) > 0)
+            DispatchMessageW(&message);
         DestroyWindow(window);
     });
     HWND window = made.get_future().get();
     app.EnableModeless(FALSE);
     EXPECT_TRUE(IsWindowEnabled(window));
     app.EnableModeless(TRUE);
-    done.set_value();
+    PostThreadMessageW(GetWindowThreadProcessId(window, nullptr), WM_QUIT, 0, 0);
     thread.join();
 }
 
