@@ -62,7 +62,7 @@ std::vector<std::wstring> numberedNames(const std::wstring& prefix, int digits, 
     for (std::size_t number = 1; number <= count; ++number) {
         wchar_t text[16];
         std::swprintf(text, std::size(text), L"%0*u", digits, static_cast<unsigned>(number));
-        names.push_back(prefix + text + L".tif");
+        names.emplace_back(prefix).append(text).append(L".tif");
     }
     return names;
 }
@@ -74,7 +74,7 @@ Target::Target(const std::wstring& folder, const std::vector<std::wstring>& name
     if (indexed)
         markIndexed(folder);
     for (const std::wstring& name : names)
-        expected.push_back(folder + L"\\" + name);
+        expected.emplace_back(folder).append(L"\\").append(name);
 }
 
 Target::~Target() {

@@ -60,7 +60,7 @@ TEST_F(MailExportTest, TenThousandPagesAreAttachedInTheirOrder) {
     // Copies nothing: Wine reads the whole directory for every file that is new in it.
     static std::vector<std::wstring> targets;
     const auto noteTarget = +[](const wchar_t*, const wchar_t* target, BOOL) WINAPI -> BOOL {
-        targets.push_back(target);
+        targets.emplace_back(target);
         return TRUE;
     };
     const test::ImportHook copyFile("CopyFileW", reinterpret_cast<void*>(noteTarget));

@@ -9,7 +9,6 @@
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 class SequenceTest;
 SequenceTest* running = nullptr;
