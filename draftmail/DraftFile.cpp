@@ -11,12 +11,13 @@
 namespace draftmail {
 namespace {
 
+/// @param path  in the folder, in the form for any length
 host::UniqueHandle createIn(const std::wstring& folder, const std::wstring& path) {
     if (!CreateDirectoryW(bxdisk::longPath(folder).c_str(), nullptr) &&
         GetLastError() != ERROR_ALREADY_EXISTS)
         throw draftError(GetLastError());
-    host::UniqueHandle file(CreateFileW(bxdisk::longPath(path).c_str(), GENERIC_WRITE, FILE_SHARE_READ,
-                                        nullptr, CREATE_NEW, FILE_ATTRIBUTE_NORMAL, nullptr));
+    host::UniqueHandle file(CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_NEW,
+                                        FILE_ATTRIBUTE_NORMAL, nullptr));
     if (!file)
         throw draftError(GetLastError());
     return file;
@@ -51,14 +52,14 @@ std::wstring draftName(std::wstring_view subject, const SYSTEMTIME& local) {
 }
 
 DraftFile::DraftFile(const std::wstring& folder, const std::string& id)
-    : folder(folder), path(folder + L"\\~" + std::wstring(id.begin(), id.end()) + L".tmp"),
+    : folder(folder), path(bxdisk::longPath(folder + L"\\~" + std::wstring(id.begin(), id.end()) + L".tmp")),
       file(createIn(folder, path)) {}
 
 DraftFile::~DraftFile() {
     if (path.empty())
         return;
     file = host::UniqueHandle(INVALID_HANDLE_VALUE);
-    DeleteFileW(bxdisk::longPath(path).c_str());
+    DeleteFileW(path.c_str());
 }
 
 void DraftFile::write(std::string_view bytes) {
@@ -72,8 +73,7 @@ void DraftFile::write(std::string_view bytes) {
 std::wstring DraftFile::publish(const std::wstring& name) {
     file = host::UniqueHandle(INVALID_HANDLE_VALUE);
     std::wstring published = folder + L"\\" + name + L".eml";
-    for (unsigned number = 2;
-         !MoveFileExW(bxdisk::longPath(path).c_str(), bxdisk::longPath(published).c_str(), 0); ++number) {
+    for (unsigned number = 2; !MoveFileExW(path.c_str(), bxdisk::longPath(published).c_str(), 0); ++number) {
         const DWORD error = GetLastError();
         if (error != ERROR_ALREADY_EXISTS && error != ERROR_FILE_EXISTS)
             throw draftError(error);

@@ -32,7 +32,7 @@ public:
 
 private:
     std::wstring folder;
-    std::wstring path;
+    std::wstring path; ///< in the form for any length: the destructor must not need memory for it
     host::UniqueHandle file;
 };
 

@@ -187,12 +187,15 @@ TEST_F(SendMailTest, LetsNoExceptionOut) {
     EXPECT_EQ(send(), static_cast<ULONG>(MAPI_E_FAILURE));
 }
 
-TEST_F(SendMailTest, TellsThatMemoryRanOutWhereverItDoes) {
+/// Whether memory fails for a moment or for good.
+class ShortMemoryTest : public SendMailTest, public testing::WithParamInterface<bool> {};
+
+TEST_P(ShortMemoryTest, IsToldWhereverItRunsOutAndLeavesNothing) {
     // The call alone is to run out of it.
     desktop.recording = false;
     int number = 1;
     for (bool struck = true; struck; ++number) {
-        test::AllocationFaults faults(number, true);
+        test::AllocationFaults faults(number, GetParam());
         faults.arm();
         const ULONG code = send();
         faults.disarm();
@@ -202,6 +205,8 @@ TEST_F(SendMailTest, TellsThatMemoryRanOutWhereverItDoes) {
     }
     EXPECT_GT(number, 10);
 }
+
+INSTANTIATE_TEST_SUITE_P(OnceOrForGood, ShortMemoryTest, testing::Bool());
 
 TEST_F(SendMailTest, TakesUnicodeMessages) {
     wchar_t wideSubject[] = L"\u4E2D";
