@@ -19,18 +19,15 @@ extern "C" {
 /// Exported as MAPISendMailW, which some <mapi.h> declare with records of their own.
 ULONG WINAPI DraftMailSendMailW(LHANDLE, ULONG_PTR owner, const draftmail::MessageW* message, FLAGS flags,
                                 ULONG) {
-    draftmail::WindowsDesktop desktop;
-    return draftmail::sendMail(message, flags, owner, desktop);
+    return draftmail::sendMail(message, flags, owner);
 }
 
 ULONG WINAPI MAPISendMail(LHANDLE, ULONG_PTR owner, lpMapiMessage message, FLAGS flags, ULONG) {
-    draftmail::WindowsDesktop desktop;
-    return draftmail::sendMail(message, flags, owner, desktop);
+    return draftmail::sendMail(message, flags, owner);
 }
 
 ULONG WINAPI MAPISendDocuments(ULONG_PTR owner, LPSTR delimiter, LPSTR paths, LPSTR names, ULONG) {
-    draftmail::WindowsDesktop desktop;
-    return draftmail::sendDocuments(owner, delimiter, paths, names, desktop);
+    return draftmail::sendDocuments(owner, delimiter, paths, names);
 }
 
 ULONG WINAPI MAPILogon(ULONG_PTR, LPSTR, LPSTR, FLAGS, ULONG, LPLHANDLE session) {

@@ -32,6 +32,14 @@ template <typename Call> ULONG guarded(const Call& call) noexcept {
     }
 }
 
+/// Finding out about the user's desktop can fail too.
+template <typename Call> ULONG onUsersDesktop(const Call& call) noexcept {
+    return guarded([&call] {
+        WindowsDesktop desktop;
+        return call(desktop);
+    });
+}
+
 template <typename ToDraft>
 ULONG send(bool hasMessage, FLAGS flags, ULONG_PTR owner, Desktop& desktop, const ToDraft& toDraft) noexcept {
     if (!hasMessage)
@@ -57,6 +65,19 @@ ULONG sendDocuments(ULONG_PTR owner, const char* delimiter, const char* paths, c
         guarded([&] { return deliver(draftOfDocuments(delimiter, paths, names, CP_ACP), owner, desktop); });
     // This call knows one code for both.
     return code == MAPI_E_ATTACHMENT_NOT_FOUND ? MAPI_E_ATTACHMENT_OPEN_FAILURE : code;
+}
+
+ULONG sendMail(const MapiMessage* message, FLAGS flags, ULONG_PTR owner) noexcept {
+    return onUsersDesktop([=](Desktop& desktop) { return sendMail(message, flags, owner, desktop); });
+}
+
+ULONG sendMail(const MessageW* message, FLAGS flags, ULONG_PTR owner) noexcept {
+    return onUsersDesktop([=](Desktop& desktop) { return sendMail(message, flags, owner, desktop); });
+}
+
+ULONG sendDocuments(ULONG_PTR owner, const char* delimiter, const char* paths, const char* names) noexcept {
+    return onUsersDesktop(
+        [=](Desktop& desktop) { return sendDocuments(owner, delimiter, paths, names, desktop); });
 }
 
 } // namespace draftmail

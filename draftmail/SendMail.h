@@ -38,4 +38,10 @@ ULONG sendMail(const MessageW* message, FLAGS flags, ULONG_PTR owner, Desktop& d
 ULONG sendDocuments(ULONG_PTR owner, const char* delimiter, const char* paths, const char* names,
                     Desktop& desktop) noexcept;
 
+// On the user's own desktop.
+
+ULONG sendMail(const MapiMessage* message, FLAGS flags, ULONG_PTR owner) noexcept;
+ULONG sendMail(const MessageW* message, FLAGS flags, ULONG_PTR owner) noexcept;
+ULONG sendDocuments(ULONG_PTR owner, const char* delimiter, const char* paths, const char* names) noexcept;
+
 } // namespace draftmail

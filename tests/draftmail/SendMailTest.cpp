@@ -206,6 +206,17 @@ TEST_P(ShortMemoryTest, IsToldWhereverItRunsOutAndLeavesNothing) {
     EXPECT_GT(number, 10);
 }
 
+// Nothing comes of it: without memory the folder of the user's drafts cannot even be named.
+TEST_F(SendMailTest, LetsNoExceptionOutWhenThereIsNoMemoryForTheUsersDesktop) {
+    test::AllocationFaults faults(1, false);
+    faults.arm();
+    const ULONG ansi = draftmail::sendMail(&message, asked, 0);
+    const ULONG documents = draftmail::sendDocuments(0, ";", path.c_str(), name);
+    faults.disarm();
+    EXPECT_EQ(ansi, static_cast<ULONG>(MAPI_E_INSUFFICIENT_MEMORY));
+    EXPECT_EQ(documents, static_cast<ULONG>(MAPI_E_INSUFFICIENT_MEMORY));
+}
+
 INSTANTIATE_TEST_SUITE_P(OnceOrForGood, ShortMemoryTest, testing::Bool());
 
 TEST_F(SendMailTest, TakesUnicodeMessages) {
