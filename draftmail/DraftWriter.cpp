@@ -144,10 +144,12 @@ void writeDraft(const Draft& draft, const Stamp& stamp, const Sink& sink) {
     std::string lines;
     for (const Attachment& attachment : draft.attachments) {
         AttachedFile file(attachment.path);
+        const std::string name = utf8(attachment.name);
         text = "\r\n--" + boundary + "\r\nContent-Type: ";
         text += contentType(attachment.name);
+        text += encodedParameter("name", name);
         text += "\r\nContent-Transfer-Encoding: base64\r\nContent-Disposition: attachment";
-        text += parameter("filename", utf8(attachment.name)) + "\r\n\r\n";
+        text += parameter("filename", name) + "\r\n\r\n";
         sink(text);
         std::size_t size = 0;
         do {

@@ -78,11 +78,12 @@ char* encodeLine(std::string_view bytes, char* out) {
     return out;
 }
 
-/// @param column  how much of the first line is taken already
-std::string encodedWords(std::string_view text, std::size_t column) {
+/// @param column     how much of the first line is taken already
+/// @param following  how many columns the last line must leave
+std::string encodedWords(std::string_view text, std::size_t column, std::size_t following = 0) {
     std::string words;
     while (!text.empty()) {
-        const std::size_t digits = columns - column - wordStart.size() - wordEnd.size();
+        const std::size_t digits = columns - column - following - wordStart.size() - wordEnd.size();
         const std::string_view piece = cutCharacters(text, digits / 4 * 3);
         words += wordStart;
         words.resize(words.size() + base64Size(piece.size()));
@@ -118,6 +119,17 @@ std::string percentEncoded(std::string_view text) {
             result.append(1, '%').append(1, hexDigits[byte >> 4]).append(1, hexDigits[byte & 15]);
     }
     return result;
+}
+
+std::string parameterStart(std::string_view name) {
+    return std::string(";").append(lineEnd).append(" ").append(name);
+}
+
+/// Whether the parameter can be the plain text in quotes, on one line.
+bool fitsQuoted(std::string_view start, std::string_view value) {
+    // Not every program undoes the backslash before a quote.
+    return isPlain(value) && value.find_first_of("\"\\") == std::string_view::npos &&
+           start.size() + std::string_view("=").size() + quoted(value).size() < lineEnd.size() + columns;
 }
 
 /// The text percent-encoded and cut into pieces of at most `most` columns. Characters stay whole: some programs
@@ -193,12 +205,9 @@ bool isAddress(std::string_view text) {
 }
 
 std::string parameter(std::string_view name, std::string_view value) {
-    const std::string start = ";\r\n " + std::string(name);
-    // Not every program undoes the backslash before a quote.
-    std::string plain = start + "=" + quoted(value);
-    if (isPlain(value) && value.find_first_of("\"\\") == std::string_view::npos &&
-        plain.size() < lineEnd.size() + columns)
-        return plain;
+    const std::string start = parameterStart(name);
+    if (fitsQuoted(start, value))
+        return start + "=" + quoted(value);
 
     constexpr std::string_view charset = "utf-8''";
     // Room for a number of four digits, its stars, the equals sign and the semicolon.
@@ -214,6 +223,16 @@ std::string parameter(std::string_view name, std::string_view value) {
         all += pieces[number];
     }
     return all;
+}
+
+std::string encodedParameter(std::string_view name, std::string_view value) {
+    const std::string start = parameterStart(name);
+    if (fitsQuoted(start, value))
+        return start + "=" + quoted(value);
+
+    const std::string opened = start + "=\"";
+    const std::size_t column = opened.size() - opened.rfind('\n') - 1;
+    return opened + encodedWords(oneLine(value), column, 1) + '"';
 }
 
 std::string dateText(const Moment& moment) {

@@ -34,6 +34,10 @@ bool isAddress(std::string_view text);
 /// otherwise in the extended form of RFC 2231, in several pieces if need be. Without a line end after it.
 std::string parameter(std::string_view name, std::string_view value);
 
+/// The same, but instead of the extended form encoded words (RFC 2047) between the quotes. No standard has them there;
+/// but many mail programs write and read them, and some of those do not know the extended form, or not in pieces.
+std::string encodedParameter(std::string_view name, std::string_view value);
+
 /// The value of a "Date" field.
 std::string dateText(const Moment& moment);
 

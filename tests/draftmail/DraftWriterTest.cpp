@@ -74,7 +74,8 @@ TEST_F(DraftWriterTest, WritesAttachmentsAfterTheNoteInTheirOrder) {
                        "\r\n"
                        " \r\n"
                        "--=_0123456789abcdef\r\n"
-                       "Content-Type: image/jpeg\r\n"
+                       "Content-Type: image/jpeg;\r\n"
+                       " name=\"Page-1.jpg\"\r\n"
                        "Content-Transfer-Encoding: base64\r\n"
                        "Content-Disposition: attachment;\r\n"
                        " filename=\"Page-1.jpg\"\r\n"
@@ -82,7 +83,8 @@ TEST_F(DraftWriterTest, WritesAttachmentsAfterTheNoteInTheirOrder) {
                        "Zm9vYmFy\r\n"
                        "\r\n"
                        "--=_0123456789abcdef\r\n"
-                       "Content-Type: application/octet-stream\r\n"
+                       "Content-Type: application/octet-stream;\r\n"
+                       " name=\"=?utf-8?B?UMWZw61sb2hhLmJpbg==?=\"\r\n"
                        "Content-Transfer-Encoding: base64\r\n"
                        "Content-Disposition: attachment;\r\n"
                        " filename*=utf-8''P%C5%99%C3%ADloha.bin\r\n"
@@ -132,7 +134,7 @@ class ContentTypeTest : public DraftWriterTest, public testing::WithParamInterfa
 
 TEST_P(ContentTypeTest, FollowsTheNamesExtension) {
     draft.attachments = {{folder.write(L"x", "x"), GetParam().name}};
-    EXPECT_THAT(write(), HasSubstr("\r\nContent-Type: " + std::string(GetParam().type) + "\r\n"));
+    EXPECT_THAT(write(), HasSubstr("\r\nContent-Type: " + std::string(GetParam().type) + ";\r\n"));
 }
 
 INSTANTIATE_TEST_SUITE_P(Names, ContentTypeTest,

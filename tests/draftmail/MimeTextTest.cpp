@@ -4,17 +4,20 @@
 #include <gmock/gmock.h>
 
 #include <cmath>
+#include <numeric>
 
 namespace {
 
 using draftmail::addressField;
 using draftmail::encodeBase64;
+using draftmail::encodedParameter;
 using draftmail::isAddress;
 using draftmail::Moment;
 using draftmail::parameter;
 using draftmail::textField;
 using draftmail::utf8;
 using testing::Each;
+using testing::ElementsAre;
 using testing::SizeIs;
 
 std::vector<std::string> linesOf(const std::string& text) {
@@ -30,6 +33,40 @@ std::string base64(const std::string& bytes) {
     std::string lines = "what was there before";
     encodeBase64(bytes, lines);
     return lines;
+}
+
+std::string fromBase64(std::string_view digits) {
+    constexpr std::string_view order = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+    std::string bytes;
+    unsigned bits = 0;
+    unsigned count = 0;
+    for (const char digit : digits.substr(0, digits.find('='))) {
+        bits = bits << 6 | static_cast<unsigned>(order.find(digit));
+        count += 6;
+        if (count >= 8)
+            bytes += static_cast<char>(bits >> (count -= 8) & 0xFF);
+    }
+    return bytes;
+}
+
+/// What stands in each encoded word (RFC 2047) of the text.
+std::vector<std::string> encodedWordsIn(const std::string& text) {
+    constexpr std::string_view start = "=?utf-8?B?";
+    std::vector<std::string> words;
+    for (std::size_t at = 0; (at = text.find(start, at)) != std::string::npos;) {
+        at += start.size();
+        words.push_back(fromBase64(std::string_view(text).substr(at, text.find("?=", at) - at)));
+    }
+    return words;
+}
+
+std::string joined(const std::vector<std::string>& texts) {
+    return std::accumulate(texts.begin(), texts.end(), std::string());
+}
+
+MATCHER(IsWholeUtf8, "") {
+    return MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, arg.data(), static_cast<int>(arg.size()),
+                               nullptr, 0) != 0;
 }
 
 struct Encoding {
@@ -85,15 +122,16 @@ TEST(TextFieldTest, FoldsBetweenWholeCharactersWithinTheColumns) {
     std::string text;
     for (int i = 0; i < 100; ++i)
         text += "x\xC5\x99\xE2\x82\xAC\xF0\x9F\x93\xA7";
-    std::vector<std::string> lines = linesOf(textField("Subject", text));
+    const std::string field = textField("Subject", text);
+    std::vector<std::string> lines = linesOf(field);
     ASSERT_EQ(lines.back(), "");
     lines.pop_back();
     EXPECT_GT(lines.size(), 20U);
     EXPECT_THAT(lines, Each(SizeIs(testing::Le(76U))));
-    // The next word does not start within a character.
-    EXPECT_EQ(lines[0].substr(9, 10), "=?utf-8?B?");
-    for (std::size_t i = 1; i < lines.size(); ++i)
-        EXPECT_EQ(lines[i].substr(0, 11), " =?utf-8?B?");
+    const std::vector<std::string> words = encodedWordsIn(field);
+    EXPECT_EQ(words.size(), lines.size());
+    EXPECT_THAT(words, Each(IsWholeUtf8()));
+    EXPECT_EQ(joined(words), text);
 }
 
 TEST(AddressFieldTest, NamesEachMailboxOnALineOfItsOwn) {
@@ -146,6 +184,38 @@ TEST(ParameterTest, BreaksLongAsciiNames) {
     EXPECT_EQ(parameter("filename", longest), ";\r\n filename=\"" + longest + "\"");
     EXPECT_THAT(linesOf(parameter("filename", std::string(200, 'x'))), Each(SizeIs(testing::Le(76U))));
 }
+
+TEST(EncodedParameterTest, QuotesPlainNames) {
+    EXPECT_EQ(encodedParameter("name", "Page 1.jpg"), ";\r\n name=\"Page 1.jpg\"");
+}
+
+TEST(EncodedParameterTest, PutsOtherScriptsAndQuotesIntoAnEncodedWord) {
+    EXPECT_EQ(encodedParameter("name", "P\xC5\x99\xC3\xADloha.tif"),
+              ";\r\n name=\"=?utf-8?B?UMWZw61sb2hhLnRpZg==?=\"");
+    EXPECT_THAT(encodedWordsIn(encodedParameter("name", "a\"b")), ElementsAre("a\"b"));
+}
+
+TEST(EncodedParameterTest, CannotBeMadeToHoldAnotherField) {
+    EXPECT_THAT(encodedWordsIn(encodedParameter("name", "a\r\nBcc: b")), ElementsAre("a  Bcc: b"));
+}
+
+class LongEncodedParameterTest : public testing::TestWithParam<std::string> {};
+
+TEST_P(LongEncodedParameterTest, IsFoldedBetweenWholeCharactersWithinTheColumns) {
+    std::string value;
+    for (int i = 0; i < 200; ++i)
+        value += GetParam();
+    const std::string text = encodedParameter("name", value);
+    EXPECT_THAT(linesOf(text), Each(SizeIs(testing::Le(76U))));
+    EXPECT_TRUE(text.ends_with("?=\""));
+    const std::vector<std::string> words = encodedWordsIn(text);
+    EXPECT_THAT(words, Each(IsWholeUtf8()));
+    EXPECT_EQ(joined(words), value);
+}
+
+// The third fills the columns in another way than the second.
+INSTANTIATE_TEST_SUITE_P(Characters, LongEncodedParameterTest,
+                         testing::Values("x", "\xC5\x99", "x\xE2\x82\xAC"));
 
 TEST(DateTest, IsEnglishWithTheOffsetFromUtc) {
     Moment moment;

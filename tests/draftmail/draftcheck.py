@@ -1,5 +1,6 @@
 """Running draft_tool in a Wine prefix, and reading drafts with Python's email package."""
 import email
+import email.header
 import email.policy
 import os
 import pathlib
@@ -11,6 +12,10 @@ os.environ["LC_ALL"] = "C.UTF-8"
 # What the fields of a draft look like whatever is in it.
 SENT_BY_NOBODY = re.compile(rb"X-Unsent: 1\r\nDate: [A-Z][a-z]{2}, \d{1,2} [A-Z][a-z]{2} \d{4} \d\d:\d\d:\d\d [+-]\d{4}\r\n"
                             rb"Message-ID: <[0-9a-f]{32}@draftmail\.invalid>\r\n")
+
+# Of the parameter "name". Encoded words between quotes are in no standard, but it is there that mail programs look for
+# a name that they do not find in the standard's form. Python reads them too, and calls them defects.
+KNOWN_DEFECTS = ("encoded word inside quoted string", "missing trailing whitespace after encoded-word")
 
 
 def check(what, found, expected):
@@ -88,7 +93,8 @@ def expect_draft(case, path, subject, note, attachments):
     for part in message.walk():
         check(f"{case}: defects", part.defects, [])
         for name, value in part.items():
-            check(f"{case}: defects of {name}", list(value.defects), [])
+            known = KNOWN_DEFECTS if name == "Content-Type" else ()
+            check(f"{case}: defects of {name}", [str(each) for each in value.defects if str(each) not in known], [])
     check(f"{case}: subject", message["Subject"], subject or None)
     check(f"{case}: version", message["MIME-Version"], "1.0")
     check(f"{case}: sender", message["From"], None)
@@ -102,6 +108,7 @@ def expect_draft(case, path, subject, note, attachments):
     found = [part["Content-Disposition"].params["filename"] for part in parts]
     check(f"{case}: names", found, [name for name, _ in attachments])
     for part, (name, data) in zip(parts, attachments):
+        check(f"{case}: name for other readers", part["Content-Type"].params["name"], name)
         check(f"{case}: disposition of {name}", part.get_content_disposition(), "attachment")
         # Not with check(), which would print megabytes.
         if part.get_payload(decode=True) != data:
