@@ -2,6 +2,7 @@
 //
 //   draft_tool write FOLDER SUBJECT NOTE [NAME PATH]...      through the library, into FOLDER
 //   draft_tool send|sendw SUBJECT NOTE [NAME PATH]...        through the system's MAPI32.DLL, in the code page or UTF-16
+//   draft_tool documents [NAME PATH]...                      the same, as documents
 //   draft_tool register DLL | unregister                     where the system's MAPI32.DLL looks
 //   draft_tool opened RECORD PATH                            stands for a mail program: notes what it was to open
 //
@@ -46,14 +47,18 @@ public:
     draftmail::MessageW message{};
 };
 
+std::string ansi(const std::wstring& text) {
+    std::string result(text.size() * 3, '\0');
+    WideCharToMultiByte(CP_ACP, 0, text.c_str(), -1, result.data(), static_cast<int>(result.size() + 1),
+                        nullptr, nullptr);
+    return result.c_str();
+}
+
 class AnsiMessage {
 public:
     explicit AnsiMessage(const Words& words) {
-        for (const std::wstring& word : words) {
-            std::string& text = texts.emplace_back(word.size() * 3, '\0');
-            WideCharToMultiByte(CP_ACP, 0, word.c_str(), -1, text.data(), static_cast<int>(text.size() + 1),
-                                nullptr, nullptr);
-        }
+        for (const std::wstring& word : words)
+            texts.push_back(ansi(word));
         for (std::size_t i = 2; i + 1 < texts.size(); i += 2)
             files.push_back({0, 0, 0, texts[i + 1].data(), texts[i].data(), nullptr});
         message.lpszSubject = texts.at(0).data();
@@ -69,13 +74,30 @@ public:
 
 constexpr FLAGS flags = MAPI_LOGON_UI | MAPI_DIALOG;
 
-template <typename Message> ULONG sendThroughSystem(const char* function, Message message) {
-    using Send = ULONG(WINAPI*)(LHANDLE, ULONG_PTR, Message*, FLAGS, ULONG);
+template <typename Function, typename... Arguments>
+ULONG callSystem(const char* name, Arguments... arguments) {
     HMODULE mapi = LoadLibraryW(L"MAPI32.DLL");
-    const auto send = reinterpret_cast<Send>(reinterpret_cast<void*>(GetProcAddress(mapi, function)));
-    const ULONG code = send ? send(0, 0, &message, flags, 0) : ~0UL;
+    const auto function = reinterpret_cast<Function*>(reinterpret_cast<void*>(GetProcAddress(mapi, name)));
+    const ULONG code = function ? function(arguments...) : ~0UL;
     FreeLibrary(mapi);
     return code;
+}
+
+template <typename Message> ULONG sendThroughSystem(const char* function, Message message) {
+    return callSystem<ULONG WINAPI(LHANDLE, ULONG_PTR, Message*, FLAGS, ULONG)>(function, 0, 0, &message,
+                                                                                flags, 0);
+}
+
+ULONG sendDocumentsThroughSystem(const Words& words) {
+    std::string delimiter = "|";
+    std::string paths;
+    std::string names;
+    for (std::size_t i = 0; i + 1 < words.size(); i += 2) {
+        names += (i == 0 ? "" : delimiter) + ansi(words[i]);
+        paths += (i == 0 ? "" : delimiter) + ansi(words[i + 1]);
+    }
+    return callSystem<MAPISENDDOCUMENTS>("MAPISendDocuments", 0, delimiter.data(), paths.data(), names.data(),
+                                         0);
 }
 
 ULONG run(const std::wstring& action, Words words) {
@@ -87,6 +109,8 @@ ULONG run(const std::wstring& action, Words words) {
     }
     if (action == L"send")
         return sendThroughSystem("MAPISendMail", AnsiMessage(words).message);
+    if (action == L"documents")
+        return sendDocumentsThroughSystem(words);
     if (action == L"sendw")
         return sendThroughSystem("MAPISendMailW", WideMessage(words).message);
     const draftmail::ClientsKey clients = draftmail::ClientsKey::ofThisSystem();

@@ -61,6 +61,10 @@ try:
     # Nobody sees this prefix's windows: a message about the missing program would stay there for ever.
     expect_draft_of(tool, "send", "No program for messages", "Page-1.jpg")
 
+    prefix.empty_drafts()
+    check("documents", tool("documents", "First.jpg", tool.path(source), "Second.jpg", tool.path(source)), 0)
+    expect_draft("documents", only_draft_in(drafts), "", "", [("First.jpg", JPEG), ("Second.jpg", JPEG)])
+
     prefix("reg.exe", "add", r"HKCR\.eml", "/ve", "/d", "TestMailProgram", "/f")
     prefix("reg.exe", "add", r"HKCR\TestMailProgram\shell\open\command", "/ve", "/f",
            "/d", f'"{tool.path(sys.argv[3])}" opened "{tool.path(record)}" "%1"')
