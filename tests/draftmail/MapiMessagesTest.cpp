@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 
 #include <array>
+#include <cstddef>
 
 namespace {
 
@@ -27,6 +28,23 @@ auto isAttachment(const std::wstring& path, const std::wstring& name) {
     return testing::AllOf(Field(&draftmail::Attachment::path, path),
                           Field(&draftmail::Attachment::name, name));
 }
+
+// Callers fill in the records of another header. But for the width of the texts they are the ANSI form's.
+static_assert(sizeof(draftmail::FileDescW) == sizeof(MapiFileDesc));
+static_assert(offsetof(draftmail::FileDescW, nPosition) == offsetof(MapiFileDesc, nPosition));
+static_assert(offsetof(draftmail::FileDescW, lpszPathName) == offsetof(MapiFileDesc, lpszPathName));
+static_assert(offsetof(draftmail::FileDescW, lpszFileName) == offsetof(MapiFileDesc, lpszFileName));
+static_assert(sizeof(draftmail::RecipDescW) == sizeof(MapiRecipDesc));
+static_assert(offsetof(draftmail::RecipDescW, ulRecipClass) == offsetof(MapiRecipDesc, ulRecipClass));
+static_assert(offsetof(draftmail::RecipDescW, lpszName) == offsetof(MapiRecipDesc, lpszName));
+static_assert(offsetof(draftmail::RecipDescW, lpszAddress) == offsetof(MapiRecipDesc, lpszAddress));
+static_assert(sizeof(draftmail::MessageW) == sizeof(MapiMessage));
+static_assert(offsetof(draftmail::MessageW, lpszSubject) == offsetof(MapiMessage, lpszSubject));
+static_assert(offsetof(draftmail::MessageW, lpszNoteText) == offsetof(MapiMessage, lpszNoteText));
+static_assert(offsetof(draftmail::MessageW, nRecipCount) == offsetof(MapiMessage, nRecipCount));
+static_assert(offsetof(draftmail::MessageW, lpRecips) == offsetof(MapiMessage, lpRecips));
+static_assert(offsetof(draftmail::MessageW, nFileCount) == offsetof(MapiMessage, nFileCount));
+static_assert(offsetof(draftmail::MessageW, lpFiles) == offsetof(MapiMessage, lpFiles));
 
 /// A text that the records take, which do not promise to leave it alone.
 char* text(const char* literal) {
@@ -122,6 +140,32 @@ TEST_F(MapiMessagesTest, UnicodeMessagesKeepTheirTexts) {
     const Draft draft = draftOf(wide);
     EXPECT_EQ(draft.subject, subject);
     EXPECT_THAT(draft.attachments, ElementsAre(isAttachment(path, L"\u4E2D")));
+}
+
+TEST_F(MapiMessagesTest, UnicodeMessagesKeepTheirRecipients) {
+    wchar_t name[] = L"\u0159";
+    wchar_t address[] = L"SMTP:a@example.com";
+    draftmail::RecipDescW wideRecipient{};
+    wideRecipient.ulRecipClass = MAPI_CC;
+    wideRecipient.lpszName = name;
+    wideRecipient.lpszAddress = address;
+    draftmail::MessageW wide{};
+    wide.nRecipCount = 1;
+    wide.lpRecips = &wideRecipient;
+    EXPECT_THAT(draftOf(wide).cc, ElementsAre(isMailbox("\xC5\x99", "a@example.com")));
+}
+
+TEST_F(MapiMessagesTest, AttachmentsKeepTheirOrderWhateverTheirPositions) {
+    // Nobody may look at it.
+    const auto noType = reinterpret_cast<void*>(1);
+    MapiFileDesc files[] = {{0, MAPI_OLE, 9, text("C:\\a"), nullptr, noType},
+                            {0, MAPI_OLE_STATIC, 0, text("C:\\b"), nullptr, noType},
+                            {0, 0, ~0U, text("C:\\c"), nullptr, noType}};
+    message.nFileCount = 3;
+    message.lpFiles = files;
+    EXPECT_THAT(draftOf(message, western).attachments,
+                ElementsAre(isAttachment(L"C:\\a", L"a"), isAttachment(L"C:\\b", L"b"),
+                            isAttachment(L"C:\\c", L"c")));
 }
 
 TEST_F(MapiMessagesTest, AnAttachmentWithoutANameHasThatOfItsFile) {

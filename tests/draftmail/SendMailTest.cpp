@@ -153,6 +153,31 @@ TEST_F(SendMailTest, RefusesToSendWithoutADialog) {
     EXPECT_THAT(desktop.opened, IsEmpty());
 }
 
+TEST_F(SendMailTest, TakesWhatElseMayBeAskedForForTheDialog) {
+    // Modeless, and with texts that the code page may lack; not every <mapi.h> has these.
+    constexpr FLAGS modeless = 0x4 | MAPI_DIALOG;
+    constexpr FLAGS forceUnicode = 0x40000;
+    EXPECT_EQ(send(modeless), static_cast<ULONG>(SUCCESS_SUCCESS));
+    EXPECT_EQ(send(MAPI_DIALOG | MAPI_NEW_SESSION | forceUnicode), static_cast<ULONG>(SUCCESS_SUCCESS));
+    EXPECT_EQ(drafts().size(), 2U);
+}
+
+TEST_F(SendMailTest, LeavesOutWhatHasNoPlaceInADraft) {
+    char sender[] = "sender@example.com";
+    char type[] = "IPM.Test";
+    char date[] = "2001/02/03 04:05";
+    char conversation[] = "conversation-1";
+    MapiRecipDesc originator{0, MAPI_ORIG, sender, sender, 0, nullptr};
+    message.lpOriginator = &originator;
+    message.lpszMessageType = type;
+    message.lpszDateReceived = date;
+    message.lpszConversationID = conversation;
+    ASSERT_EQ(send(), static_cast<ULONG>(SUCCESS_SUCCESS));
+    const std::string bytes = test::readFile(desktop.opened.at(0));
+    for (const char* none : std::initializer_list<const char*>{"From:", sender, type, date, conversation})
+        EXPECT_THAT(bytes, testing::Not(HasSubstr(none)));
+}
+
 TEST_F(SendMailTest, FailsWithoutAMessage) {
     EXPECT_EQ(draftmail::sendMail(static_cast<const MapiMessage*>(nullptr), asked, 0, desktop),
               static_cast<ULONG>(MAPI_E_FAILURE));
