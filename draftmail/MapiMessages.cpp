@@ -127,7 +127,8 @@ Draft draftOfDocuments(const char* delimiter, const char* paths, const char* nam
     nameList.resize(pathList.size());
     Draft draft;
     for (std::size_t i = 0; i < pathList.size(); ++i)
-        draft.attachments.push_back(attachment(pathList[i], nameList[i]));
+        if (!pathList[i].empty())
+            draft.attachments.push_back(attachment(pathList[i], nameList[i]));
     return draft;
 }
 

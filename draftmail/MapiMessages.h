@@ -58,7 +58,8 @@ constexpr ULONG mostRecipients = 10'000;
 Draft draftOf(const MapiMessage& message, UINT codePage);
 Draft draftOf(const MessageW& message);
 
-/// A draft with the documents whose paths, and names if there are any, the texts list.
+/// A draft with the documents whose paths, and names if there are any, the texts list. Nothing between two delimiters,
+/// or after the last, is no document.
 /// @param delimiter  what separates them: the text's first character
 Draft draftOfDocuments(const char* delimiter, const char* paths, const char* names, UINT codePage);
 

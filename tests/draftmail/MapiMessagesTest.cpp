@@ -244,6 +244,11 @@ TEST(DocumentsTest, AreSplitAtTheDelimiter) {
                             isAttachment(L"C:\\c", L"c")));
 }
 
+TEST(DocumentsTest, AreNoneBetweenTwoDelimitersAndAfterTheLast) {
+    EXPECT_THAT(draftOfDocuments(";", "C:\\a;;C:\\b;", "one;;two;", western).attachments,
+                ElementsAre(isAttachment(L"C:\\a", L"one"), isAttachment(L"C:\\b", L"two")));
+}
+
 TEST(DocumentsTest, MayBeOneOrNone) {
     EXPECT_THAT(draftOfDocuments(nullptr, "C:\\a;b", nullptr, western).attachments,
                 ElementsAre(isAttachment(L"C:\\a;b", L"a;b")));
