@@ -5,6 +5,8 @@
 
 #include <shlwapi.h>
 
+#include <algorithm>
+#include <optional>
 #include <utility>
 
 namespace draftmail {
@@ -46,14 +48,29 @@ Attachment attachment(const std::wstring& path, const std::wstring& name) {
     return {path, std::move(shown)};
 }
 
-Mailbox mailbox(const std::wstring& name, const std::wstring& address) {
-    constexpr std::wstring_view prefix = L"SMTP:";
-    const bool prefixed = StrCmpNIW(address.c_str(), prefix.data(), static_cast<int>(prefix.size())) == 0;
-    Mailbox box{utf8(name), utf8(prefixed ? address.substr(prefix.size()) : address)};
-    if (box.address.empty())
-        std::swap(box.name, box.address);
+/// What is the address in the forms that callers write it in: "SMTP:" or "mailto:" before it, angle brackets and blanks
+/// around it.
+std::wstring bareAddress(std::wstring_view text) {
+    const auto trim = [&text] {
+        constexpr std::wstring_view around = L" \t<>";
+        text.remove_prefix(std::min(text.find_first_not_of(around), text.size()));
+        text = text.substr(0, text.find_last_not_of(around) + 1);
+    };
+    trim();
+    for (const std::wstring_view prefix : {std::wstring_view(L"SMTP:"), std::wstring_view(L"mailto:")})
+        if (text.size() >= prefix.size() &&
+            StrCmpNIW(text.data(), prefix.data(), static_cast<int>(prefix.size())) == 0)
+            text.remove_prefix(prefix.size());
+    trim();
+    return std::wstring(text);
+}
+
+std::optional<Mailbox> mailbox(const std::wstring& name, const std::wstring& address) {
+    Mailbox box{utf8(name), utf8(bareAddress(address))};
     if (!isAddress(box.address))
-        throw MapiError(address.empty() ? MAPI_E_UNKNOWN_RECIPIENT : MAPI_E_INVALID_RECIPS);
+        box = {"", utf8(bareAddress(name))};
+    if (!isAddress(box.address))
+        return std::nullopt;
     return box;
 }
 
@@ -84,8 +101,9 @@ template <typename Message, typename Text> Draft draftOf(const Message& message,
     draft.note = text(message.lpszNoteText);
     for (ULONG i = 0; i < message.nRecipCount; ++i) {
         const auto& recipient = message.lpRecips[i];
-        recipientsOf(draft, recipient.ulRecipClass)
-            .push_back(mailbox(text(recipient.lpszName), text(recipient.lpszAddress)));
+        std::vector<Mailbox>& recipients = recipientsOf(draft, recipient.ulRecipClass);
+        if (std::optional<Mailbox> box = mailbox(text(recipient.lpszName), text(recipient.lpszAddress)))
+            recipients.push_back(std::move(*box));
     }
     for (ULONG i = 0; i < message.nFileCount; ++i) {
         const auto& file = message.lpFiles[i];

@@ -50,8 +50,10 @@ constexpr ULONG mostFiles = 100'000;
 constexpr ULONG mostRecipients = 10'000;
 
 // Subject, note, recipients and attachments. The rest has no place in a draft: originator, type, date,
-// conversation and the attachments' positions within the text. A recipient has an address, with or without
-// "SMTP:" before it, or a name that is one; there is no address book to look other names up in. Throws MapiError.
+// conversation and the attachments' positions within the text. A recipient has an address, or a name that is one,
+// with or without "SMTP:" or "mailto:" before it; there is no address book to look other names up in. A recipient without
+// one is left out, because the message would be lost otherwise, which the user is about to address anyway. Throws
+// MapiError.
 
 /// A message whose ulReserved is CP_UTF8 has texts in UTF-8.
 /// @param codePage  of all other messages' texts; callers of MAPISendMail use CP_ACP

@@ -6,7 +6,7 @@
 //   MAPI_E_TOO_MANY_FILES, MAPI_E_TOO_MANY_RECIPIENTS             more than MapiMessages.h allows
 //   MAPI_E_ATTACHMENT_NOT_FOUND                                   there is no such file, or no path is given
 //   MAPI_E_ATTACHMENT_OPEN_FAILURE                                the file cannot be opened or read
-//   MAPI_E_UNKNOWN_RECIPIENT, _INVALID_RECIPS, _BAD_RECIPTYPE     a recipient lacks an address, a valid one, a class
+//   MAPI_E_BAD_RECIPTYPE                                          a recipient is of none of the classes
 //   MAPI_E_ACCESS_DENIED                                          the user may not write to the drafts folder
 //   MAPI_E_DISK_FULL                                              the draft does not fit
 //   MAPI_E_INSUFFICIENT_MEMORY, MAPI_E_FAILURE                    anything else
