@@ -10,7 +10,7 @@ namespace draftmail {
 
 struct Attachment {
     std::wstring path;
-    std::wstring name; ///< the one it has in the message, without a folder
+    std::wstring name; ///< the one it has in the message: a file name without a folder
 };
 
 struct Draft {

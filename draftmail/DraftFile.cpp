@@ -2,6 +2,7 @@
 #include "draftmail/DraftFile.h"
 
 #include "SorvaneBase/bxdisk/LongPath.h"
+#include "draftmail/FileNameText.h"
 #include "draftmail/MapiError.h"
 
 #include <algorithm>
@@ -23,24 +24,15 @@ host::UniqueHandle createIn(const std::wstring& folder, const std::wstring& path
     return file;
 }
 
-bool isSurrogate(wchar_t c) {
-    return c >= 0xD800 && c <= 0xDFFF;
-}
-
 } // namespace
 
 std::wstring draftName(std::wstring_view subject, const SYSTEMTIME& local) {
     // Leaves room for time and number within the 255 bytes or characters that file systems give a name.
     constexpr std::size_t longest = 60;
-    std::wstring name(subject.substr(0, longest));
-    if (name.size() < subject.size() && IS_HIGH_SURROGATE(name.back()))
-        name.pop_back();
-    for (std::size_t at = 0; at < name.size(); ++at) {
-        if (at + 1 < name.size() && IS_SURROGATE_PAIR(name[at], name[at + 1]))
-            ++at;
-        else if (name[at] < L' ' || isSurrogate(name[at]) || std::wcschr(L"<>:\"/\\|?*", name[at]))
-            name[at] = L'_';
-    }
+    std::wstring_view start = subject.substr(0, longest);
+    if (start.size() < subject.size() && IS_HIGH_SURROGATE(start.back()))
+        start.remove_suffix(1);
+    std::wstring name = fileNameText(start);
     name.erase(0, std::min(name.find_first_not_of(L' '), name.size()));
     name.erase(name.find_last_not_of(L" .") + 1);
     if (name.empty())

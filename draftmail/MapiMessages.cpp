@@ -1,6 +1,7 @@
 // What callers of Simple MAPI hand over, read into drafts.
 #include "draftmail/MapiMessages.h"
 
+#include "draftmail/FileNameText.h"
 #include "draftmail/MapiError.h"
 
 #include <shlwapi.h>
@@ -34,17 +35,17 @@ std::wstring fromUtf8Or(UINT codePage, const char* text) {
     return result.empty() ? fromCodePage(text, codePage) : result;
 }
 
-/// What comes after the last folder: some callers give a path as the name too.
-std::wstring withoutFolder(const std::wstring& path) {
-    return path.substr(path.find_last_of(L"\\/") + 1);
+std::wstring afterLast(const wchar_t* separators, const std::wstring& text) {
+    return text.substr(text.find_last_of(separators) + 1);
 }
 
 Attachment attachment(const std::wstring& path, const std::wstring& name) {
     if (path.empty())
         throw MapiError(MAPI_E_ATTACHMENT_NOT_FOUND);
-    std::wstring shown = withoutFolder(name);
-    if (shown.empty())
-        shown = withoutFolder(path);
+    // Some callers give a path as the name too; others write "1/2" and mean it.
+    std::wstring shown = fileNameText(afterLast(L"\\", name));
+    if (shown.find_first_not_of(L" .") == std::wstring::npos)
+        shown = fileNameText(afterLast(L"\\/", path));
     return {path, std::move(shown)};
 }
 

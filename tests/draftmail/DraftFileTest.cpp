@@ -33,8 +33,8 @@ INSTANTIATE_TEST_SUITE_P(
     Subjects, DraftNameTest,
     testing::Values(Naming{L"Faktury \u0159\u00EDjen", L"Faktury \u0159\u00EDjen"}, Naming{L"", L"Draft"},
                     Naming{L"a<b>c:d\"e/f\\g|h?i*j\tk\r\nl", L"a_b_c_d_e_f_g_h_i_j_k__l"},
-                    Naming{L"..\\..\\evil", L".._.._evil"}, Naming{L"  x. . ", L"x"},
-                    Naming{L" .. ", L"Draft"}, Naming{L"NUL", L"NUL"},
+                    Naming{L"a\x7F\x85z", L"a__z"}, Naming{L"..\\..\\evil", L".._.._evil"},
+                    Naming{L"  x. . ", L"x"}, Naming{L" .. ", L"Draft"}, Naming{L"NUL", L"NUL"},
                     Naming{L"\xD83D\xDCE7 \xD83D x", L"\xD83D\xDCE7 _ x"},
                     Naming{std::wstring(61, L'\u20AC'), std::wstring(60, L'\u20AC')},
                     Naming{std::wstring(59, L'x') + L"\xD83D\xDCE7", std::wstring(59, L'x')}));

@@ -168,18 +168,28 @@ TEST_F(MapiMessagesTest, AttachmentsKeepTheirOrderWhateverTheirPositions) {
                             isAttachment(L"C:\\c", L"c")));
 }
 
-TEST_F(MapiMessagesTest, AnAttachmentWithoutANameHasThatOfItsFile) {
-    for (const char* name : {static_cast<const char*>(nullptr), "", "C:\\"}) {
-        attach("C:\\scans\\1.tif", name);
-        EXPECT_THAT(draftOf(message, western).attachments,
-                    ElementsAre(isAttachment(L"C:\\scans\\1.tif", L"1.tif")));
-    }
+struct GivenName {
+    const char* given;
+    std::wstring name;
+};
+
+class AttachmentNameTest : public MapiMessagesTest, public testing::WithParamInterface<GivenName> {};
+
+TEST_P(AttachmentNameTest, IsAFileNameWithoutAFolder) {
+    attach("C:\\scans/1.tif", GetParam().given);
+    EXPECT_THAT(draftOf(message, western).attachments,
+                ElementsAre(isAttachment(L"C:\\scans/1.tif", GetParam().name)));
 }
 
-TEST_F(MapiMessagesTest, AnAttachmentsNameHasNoFolder) {
-    attach("C:\\x", "..\\../a.tif");
-    EXPECT_THAT(draftOf(message, western).attachments, ElementsAre(isAttachment(L"C:\\x", L"a.tif")));
-}
+INSTANTIATE_TEST_SUITE_P(
+    Names, AttachmentNameTest,
+    testing::Values(GivenName{"C:\\other\\a.tif", L"a.tif"}, GivenName{"..\\a.tif", L"a.tif"},
+                    GivenName{"Invoice 1/2.tif", L"Invoice 1_2.tif"}, GivenName{"a\r\nb.tif", L"a__b.tif"},
+                    GivenName{"a\tb\x7F.tif", L"a_b_.tif"}, GivenName{"C:a.tif", L"C_a.tif"},
+                    GivenName{"a.tif:stream", L"a.tif_stream"},
+                    GivenName{"a\"b\"<c>|?*.tif", L"a_b__c____.tif"}, GivenName{" a.tif ", L" a.tif "},
+                    GivenName{nullptr, L"1.tif"}, GivenName{"", L"1.tif"}, GivenName{"C:\\", L"1.tif"},
+                    GivenName{"..", L"1.tif"}, GivenName{" . ", L"1.tif"}));
 
 TEST_F(MapiMessagesTest, AnAttachmentWithoutAPathIsNotFound) {
     for (const char* path : {static_cast<const char*>(nullptr), ""}) {

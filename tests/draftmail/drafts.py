@@ -19,13 +19,16 @@ EVERY_BYTE = bytes(range(256))
 NAMES = {
     "plain": "Page-1.jpg",
     "diacritics": "Příloha žluťoučký kůň 1.tif",
-    "quotes": "a \"quoted\" 'name' 100%.tif",
+    "quotes": "a 'quoted name' 100%.tif",
     "semicolon": "a;b=c, (d) [e] {f} ~!#$&+^`.tif",
     "other scripts": "中文 עברית 😀.png",
     "long": "x" * 200 + ".tif",
     "long with diacritics": "ř" * 200 + ".tif",
-    "looks encoded": "=?utf-8?B?SGVsbG8=?=.tif",
     "blanks at the ends": " x.tif ",
+}
+NO_FILE_NAMES = {
+    "\"1/2\": a\r\nX-Field: b.tif": "_1_2__ a__X-Field_ b.tif",
+    "=?utf-8?B?SGVsbG8=?=.tif": "=_utf-8_B_SGVsbG8=_=.tif",
 }
 SUBJECTS = {
     "ascii": "Invoices (3): paid; \"all\"",
@@ -48,8 +51,8 @@ NOTES = {
 }
 
 
-def draft(case, subject, note, attachments):
-    """Writes a draft with the tool and checks it; attachments are names with bytes."""
+def draft(case, subject, note, attachments, names=()):
+    """Writes a draft with the tool and checks it; attachments are names with bytes, and names what becomes of theirs."""
     drafts = folder / case / "Drafts"
     drafts.parent.mkdir()
     words = []
@@ -61,6 +64,8 @@ def draft(case, subject, note, attachments):
     # The draft must not need the files any more.
     for source in drafts.parent.glob("source*"):
         source.unlink()
+    if names:
+        attachments = [(name, content) for name, (_, content) in zip(names, attachments, strict=True)]
     expect_draft(case, only_draft_in(drafts), subject, note, attachments)
 
 
@@ -72,6 +77,7 @@ for case, note in NOTES.items():
     draft(f"note {case}", "S", note, [("a.tif", EVERY_BYTE)])
     draft(f"note {case} alone", "S", note, [])
 draft("names", "S", " ", [(name, name.encode()) for name in NAMES.values()])
+draft("no file names", "S", " ", [(name, EVERY_BYTE) for name in NO_FILE_NAMES], NO_FILE_NAMES.values())
 sizes = [0, 1, 2, 3, 56, 57, 58, 57 * 4096 - 1, 57 * 4096, 57 * 4096 + 1, 5_000_000]
 draft("sizes", "S", " ", [(f"{size}.bin", noise.randbytes(size)) for size in sizes])
 draft("many", "S", " ", [(f"Page-{number:03}.tif", noise.randbytes(number)) for number in range(1, 151)])

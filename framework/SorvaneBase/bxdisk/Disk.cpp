@@ -3,6 +3,7 @@
 
 #include "SorvaneBase/Text.h"
 #include "SorvaneBase/bxdisk/File.h"
+#include "SorvaneBase/bxdisk/ForbiddenCharacters.h"
 #include "SorvaneBase/bxdisk/LongPath.h"
 
 #include <windows.h>
@@ -37,11 +38,6 @@ bool createDirectory(const Sorvane::pstring& path) {
         return true;
     SetLastError(error);
     return false;
-}
-
-bool isForbidden(wchar_t unit) {
-    const bool isControl = unit < 0x20 || (unit >= 0x7F && unit < 0xA0);
-    return isControl || std::wstring_view(LR"(<>:"/\|?*)").find(unit) != std::wstring_view::npos;
 }
 
 bool equalsIgnoringCase(std::wstring_view a, std::wstring_view b) {
