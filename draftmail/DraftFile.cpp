@@ -63,6 +63,8 @@ void DraftFile::write(std::string_view bytes) {
 }
 
 std::wstring DraftFile::publish(const std::wstring& name) {
+    if (!FlushFileBuffers(file.get()))
+        throw draftError(GetLastError());
     file = host::UniqueHandle(INVALID_HANDLE_VALUE);
     std::wstring published = folder + L"\\" + name + L".eml";
     for (unsigned number = 2; !MoveFileExW(path.c_str(), bxdisk::longPath(published).c_str(), 0); ++number) {

@@ -26,8 +26,8 @@ public:
 
     void write(std::string_view bytes);
 
-    /// Gives the file its name, with a number after it while another file has that name, and the extension
-    /// ".eml". Nothing may be written afterwards. Returns the full path.
+    /// Gives the file its name once its bytes are on the disk, with a number after it while another file has that
+    /// name, and the extension ".eml". Nothing may be written afterwards. Returns the full path.
     std::wstring publish(const std::wstring& name);
 
 private:

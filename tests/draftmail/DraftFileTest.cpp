@@ -121,6 +121,22 @@ TEST_F(DraftFileTest, FailsWhenTheDiskTakesOnlyAPartOfTheBytes) {
     EXPECT_EQ(codeOf([&] { file.write("bytes"); }), static_cast<ULONG>(MAPI_E_DISK_FULL));
 }
 
+BOOL WINAPI failToFlush(HANDLE) {
+    SetLastError(ERROR_DISK_FULL);
+    return FALSE;
+}
+
+// As on a share, whose disk may turn out to be full long after a write.
+TEST_F(DraftFileTest, FailsWhenItsBytesDoNotReachTheDisk) {
+    const test::ImportHook hook("FlushFileBuffers", reinterpret_cast<void*>(&failToFlush));
+    {
+        DraftFile file(folder.path(), "id");
+        file.write("a");
+        EXPECT_EQ(codeOf([&] { file.publish(L"x"); }), static_cast<ULONG>(MAPI_E_DISK_FULL));
+    }
+    EXPECT_THAT(folder.list(), IsEmpty());
+}
+
 TEST_F(DraftFileTest, IsDeniedAndGoneWhenSomebodyKeepsItFromItsName) {
     std::optional<DraftFile> file(std::in_place, folder.path(), "id");
     const std::wstring temporary = folder / folder.list().at(0);
