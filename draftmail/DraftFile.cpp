@@ -8,15 +8,55 @@
 #include <algorithm>
 #include <array>
 #include <cwchar>
+#include <memory>
 
 namespace draftmail {
 namespace {
+
+// Drafts that are being written; no other program's files are named so.
+constexpr wchar_t temporaryStart[] = L"\\~DraftMail-";
+constexpr wchar_t temporaryEnd[] = L".tmp";
+
+LONGLONG ticks(const FILETIME& time) {
+    return static_cast<LONGLONG>(ULARGE_INTEGER{{time.dwLowDateTime, time.dwHighDateTime}}.QuadPart);
+}
+
+/// Removes what programs left behind that were ended while they wrote a draft. A day is longer than any of them writes.
+void removeLeftovers(const std::wstring& folder) {
+    constexpr LONGLONG day = 24LL * 60 * 60 * 10'000'000;
+    FILETIME now;
+    GetSystemTimeAsFileTime(&now);
+    WIN32_FIND_DATAW found;
+    const HANDLE handle =
+        FindFirstFileW(bxdisk::longPath(folder + temporaryStart + L"*" + temporaryEnd).c_str(), &found);
+    if (handle == INVALID_HANDLE_VALUE)
+        return;
+    const std::unique_ptr<void, decltype(&FindClose)> search(handle, FindClose);
+    do {
+        if (ticks(now) - ticks(found.ftLastWriteTime) > day)
+            DeleteFileW(bxdisk::longPath(folder + L"\\" + found.cFileName).c_str());
+    } while (FindNextFileW(handle, &found));
+}
+
+/// Scanners and indexers open a new file for a moment, and some do not let it be renamed meanwhile.
+DWORD rename(const std::wstring& from, const std::wstring& to) {
+    constexpr ULONGLONG patience = 700; // milliseconds
+    const ULONGLONG start = GetTickCount64();
+    while (!MoveFileExW(from.c_str(), to.c_str(), 0)) {
+        const DWORD error = GetLastError();
+        if (error != ERROR_SHARING_VIOLATION || GetTickCount64() - start >= patience)
+            return error;
+        Sleep(20);
+    }
+    return ERROR_SUCCESS;
+}
 
 /// @param path  in the folder, in the form for any length
 host::UniqueHandle createIn(const std::wstring& folder, const std::wstring& path) {
     if (!CreateDirectoryW(bxdisk::longPath(folder).c_str(), nullptr) &&
         GetLastError() != ERROR_ALREADY_EXISTS)
         throw draftError(GetLastError());
+    removeLeftovers(folder);
     host::UniqueHandle file(CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr, CREATE_NEW,
                                         FILE_ATTRIBUTE_NORMAL, nullptr));
     if (!file)
@@ -44,7 +84,8 @@ std::wstring draftName(std::wstring_view subject, const SYSTEMTIME& local) {
 }
 
 DraftFile::DraftFile(const std::wstring& folder, const std::string& id)
-    : folder(folder), path(bxdisk::longPath(folder + L"\\~" + std::wstring(id.begin(), id.end()) + L".tmp")),
+    : folder(folder),
+      path(bxdisk::longPath(folder + temporaryStart + std::wstring(id.begin(), id.end()) + temporaryEnd)),
       file(createIn(folder, path)) {}
 
 DraftFile::~DraftFile() {
@@ -67,8 +108,9 @@ std::wstring DraftFile::publish(const std::wstring& name) {
         throw draftError(GetLastError());
     file = host::UniqueHandle(INVALID_HANDLE_VALUE);
     std::wstring published = folder + L"\\" + name + L".eml";
-    for (unsigned number = 2; !MoveFileExW(path.c_str(), bxdisk::longPath(published).c_str(), 0); ++number) {
-        const DWORD error = GetLastError();
+    DWORD error = ERROR_SUCCESS;
+    for (unsigned number = 2; (error = rename(path, bxdisk::longPath(published))) != ERROR_SUCCESS;
+         ++number) {
         if (error != ERROR_ALREADY_EXISTS && error != ERROR_FILE_EXISTS)
             throw draftError(error);
         published = folder + L"\\" + name + L" (" + std::to_wstring(number) + L").eml";

@@ -16,7 +16,8 @@ std::wstring draftName(std::wstring_view subject, const SYSTEMTIME& local);
 /// A file that appears in the folder only when it is whole. Everything throws MapiError.
 class DraftFile {
 public:
-    /// Makes the folder when it is missing, but not the one that it lies in.
+    /// Makes the folder when it is missing, but not the one that it lies in. Removes drafts there that were never
+    /// finished.
     /// @param id  makes the temporary name unique
     DraftFile(const std::wstring& folder, const std::string& id);
     /// Removes what was written unless it was published.

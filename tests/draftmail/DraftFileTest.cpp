@@ -137,13 +137,67 @@ TEST_F(DraftFileTest, FailsWhenItsBytesDoNotReachTheDisk) {
     EXPECT_THAT(folder.list(), IsEmpty());
 }
 
+/// Keeps files from being renamed as long as it lives.
+host::UniqueHandle openAsScannersDo(const std::wstring& path) {
+    return host::UniqueHandle(CreateFileW(path.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
+                                          nullptr, OPEN_EXISTING, 0, nullptr));
+}
+
+/// What has the file open until the first time that renaming it failed.
+std::optional<host::UniqueHandle> scanner;
+unsigned failures = 0;
+
+BOOL WINAPI renameAndLetGo(const wchar_t* from, const wchar_t* to, DWORD flags) {
+    // Out of reach of the hook.
+    using Rename = decltype(MoveFileExW);
+    static auto* const rename = reinterpret_cast<Rename*>(
+        reinterpret_cast<void*>(GetProcAddress(GetModuleHandleW(L"kernel32.dll"), "MoveFileExW")));
+    if (rename(from, to, flags))
+        return TRUE;
+    const DWORD error = GetLastError();
+    ++failures;
+    scanner.reset();
+    SetLastError(error);
+    return FALSE;
+}
+
+TEST_F(DraftFileTest, GetsItsNameAsSoonAsAScannerLetsGoOfIt) {
+    DraftFile file(folder.path(), "id");
+    file.write("a");
+    scanner.emplace(openAsScannersDo(folder / folder.list().at(0)));
+    ASSERT_TRUE(*scanner);
+    const test::ImportHook hook("MoveFileExW", reinterpret_cast<void*>(&renameAndLetGo));
+    EXPECT_EQ(file.publish(L"x"), folder / L"x.eml");
+    EXPECT_EQ(failures, 1U);
+    EXPECT_THAT(folder.list(), ElementsAre(L"x.eml"));
+}
+
+TEST_F(DraftFileTest, RemovesUnfinishedDraftsOfTheDayBefore) {
+    const auto age = [&](const wchar_t* name, LONGLONG hours) {
+        FILETIME now;
+        GetSystemTimeAsFileTime(&now);
+        ULARGE_INTEGER time{{now.dwLowDateTime, now.dwHighDateTime}};
+        time.QuadPart -= static_cast<ULONGLONG>(hours) * 60 * 60 * 10'000'000;
+        const FILETIME then{time.LowPart, time.HighPart};
+        const host::UniqueHandle file(CreateFileW(folder.write(name, "").c_str(), GENERIC_WRITE, 0, nullptr,
+                                                  OPEN_EXISTING, 0, nullptr));
+        EXPECT_TRUE(SetFileTime(file.get(), nullptr, nullptr, &then));
+    };
+    age(L"~DraftMail-1.tmp", 25);
+    age(L"~DraftMail-2.tmp", 25);
+    age(L"~DraftMail-3.tmp", 23);
+    age(L"~DraftMail-4.eml", 25);
+    age(L"~WRL0001.tmp", 25);
+    { DraftFile file(folder.path(), "id"); }
+    EXPECT_THAT(folder.list(),
+                testing::UnorderedElementsAre(L"~DraftMail-3.tmp", L"~DraftMail-4.eml", L"~WRL0001.tmp"));
+}
+
 TEST_F(DraftFileTest, IsDeniedAndGoneWhenSomebodyKeepsItFromItsName) {
     std::optional<DraftFile> file(std::in_place, folder.path(), "id");
     const std::wstring temporary = folder / folder.list().at(0);
     {
-        const host::UniqueHandle reader(CreateFileW(temporary.c_str(), GENERIC_READ,
-                                                    FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr,
-                                                    OPEN_EXISTING, 0, nullptr));
+        const host::UniqueHandle reader = openAsScannersDo(temporary);
         ASSERT_TRUE(reader);
         EXPECT_EQ(codeOf([&] { file->publish(L"x"); }), static_cast<ULONG>(MAPI_E_ACCESS_DENIED));
     }
