@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <memory>
+#include <new>
 #include <optional>
 #include <type_traits>
 #include <utility>
@@ -47,6 +48,12 @@ bool checkFound(LSTATUS status) {
 
 std::wstring below(const std::wstring& path, const wchar_t* name) {
     return path + L"\\" + name;
+}
+
+/// Whether it starts at a drive's root or a server.
+bool isFullPath(const std::wstring& path) {
+    const auto isSeparator = [](wchar_t c) { return c == L'\\' || c == L'/'; };
+    return path.starts_with(L"\\\\") || (path.size() > 2 && path[1] == L':' && isSeparator(path[2]));
 }
 
 /// Null when there is no such key.
@@ -170,9 +177,9 @@ void restore(const ClientsKey& clients) {
 }
 
 /// Everything but the last step, which makes DraftMail the client.
-void prepare(const ClientsKey& clients, const std::wstring& dllPath) {
+/// @param keysMade  how many keys it makes down to that of mail clients
+void prepare(const ClientsKey& clients, const std::wstring& dllPath, DWORD keysMade) {
     const std::wstring ownPath = below(clients.path, clientName);
-    const DWORD keysMade = missingKeys(clients.root, clients.path);
     bool isNew = false;
     const Key before = makeKey(clients.root, below(ownPath, beforeKey), &isNew);
     const Key key = openKey(clients.root, clients.path, KEY_READ);
@@ -193,6 +200,8 @@ template <typename Action> LSTATUS statusOf(const Action& action) {
         return ERROR_SUCCESS;
     } catch (const RegistryError& error) {
         return error.status;
+    } catch (const std::bad_alloc&) {
+        return ERROR_NOT_ENOUGH_MEMORY;
     }
 }
 
@@ -204,18 +213,28 @@ ClientsKey ClientsKey::ofThisSystem() {
 }
 
 LSTATUS registerDraftMail(const ClientsKey& clients, const std::wstring& dllPath) {
-    const std::wstring ownPath = below(clients.path, clientName);
     return statusOf([&] {
+        if (!isFullPath(dllPath))
+            throw RegistryError(ERROR_BAD_PATHNAME);
+        // Simple MAPI reads it into room for so many characters.
+        if (dllPath.size() >= MAX_PATH)
+            throw RegistryError(ERROR_FILENAME_EXCED_RANGE);
+        const std::wstring ownPath = below(clients.path, clientName);
         const bool isRegistered = openKey(clients.root, below(ownPath, beforeKey), KEY_READ) != nullptr;
         if (!isRegistered && openKey(clients.root, ownPath, KEY_READ))
             throw RegistryError(ERROR_ALREADY_EXISTS);
+        const DWORD keysMade = missingKeys(clients.root, clients.path);
+        // Undoing must not need memory, which may be what there is none of.
+        std::wstring innermost = clients.path;
         const LSTATUS status = statusOf([&] {
-            prepare(clients, dllPath);
+            prepare(clients, dllPath, keysMade);
             const Key key = openKey(clients.root, clients.path, KEY_WRITE);
             writeValue(key.get(), defaultValue, textValue(clientName));
         });
-        if (status != ERROR_SUCCESS && !isRegistered)
-            statusOf([&] { restore(clients); });
+        if (status != ERROR_SUCCESS && !isRegistered) {
+            RegDeleteTreeW(clients.root, ownPath.c_str());
+            statusOf([&] { removeKeys(clients.root, std::move(innermost), keysMade); });
+        }
         check(status);
     });
 }

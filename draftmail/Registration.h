@@ -27,9 +27,10 @@ struct ClientsKey {
 /// Makes DraftMail the registered client, remembering below its own key what was there before. Registering again
 /// only changes the path, or makes it the client again when another took its place. After a failure everything is
 /// as it was, as far as the registry allows.
-/// @param dllPath  the full path of DraftMail.dll
+/// @param dllPath  the full path of DraftMail.dll, in less than MAX_PATH characters
 /// @return an error code of Windows: ERROR_ALREADY_EXISTS when a client of that name is registered that is not this
-///         one, and ERROR_ACCESS_DENIED when the user may not register clients there
+///         one, ERROR_ACCESS_DENIED when the user may not register clients there, and ERROR_BAD_PATHNAME or
+///         ERROR_FILENAME_EXCED_RANGE when Simple MAPI could not make use of the path
 LSTATUS registerDraftMail(const ClientsKey& clients, const std::wstring& dllPath);
 
 /// Puts back what was there before registerDraftMail(). A client that has been registered since stays so.
