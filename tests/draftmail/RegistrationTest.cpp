@@ -219,11 +219,4 @@ TEST_F(RegistrationTest, AFailureAtTheLastStepIsUndone) {
     EXPECT_EQ(tree(), before);
 }
 
-TEST(ClientsKeyTest, IsWhereTheSystemsSimpleMapiLooks) {
-    const draftmail::ClientsKey key = draftmail::ClientsKey::ofThisSystem();
-    const bool isWine = GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
-    EXPECT_EQ(key.root, isWine ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER);
-    EXPECT_EQ(key.path, L"Software\\Clients\\Mail");
-}
-
 } // namespace
