@@ -14,7 +14,6 @@
 namespace draftmail {
 namespace {
 
-constexpr std::size_t longestLine = 76;
 constexpr std::size_t bytesAtOnce = bytesPerBase64Line * 4096;
 
 /// The note with CR LF after each line, whatever ended it before.

@@ -8,7 +8,6 @@
 namespace draftmail {
 namespace {
 
-constexpr std::size_t columns = 76;
 constexpr std::string_view lineEnd = "\r\n";
 constexpr std::string_view wordStart = "=?utf-8?B?";
 constexpr std::string_view wordEnd = "?=";
@@ -83,7 +82,7 @@ char* encodeLine(std::string_view bytes, char* out) {
 std::string encodedWords(std::string_view text, std::size_t column, std::size_t following = 0) {
     std::string words;
     while (!text.empty()) {
-        const std::size_t digits = columns - column - following - wordStart.size() - wordEnd.size();
+        const std::size_t digits = longestLine - column - following - wordStart.size() - wordEnd.size();
         const std::string_view piece = cutCharacters(text, digits / 4 * 3);
         words += wordStart;
         words.resize(words.size() + base64Size(piece.size()));
@@ -129,7 +128,7 @@ std::string parameterStart(std::string_view name) {
 bool fitsQuoted(std::string_view start, std::string_view value) {
     // Not every program undoes the backslash before a quote.
     return isPlain(value) && value.find_first_of("\"\\") == std::string_view::npos &&
-           start.size() + std::string_view("=").size() + quoted(value).size() < lineEnd.size() + columns;
+           start.size() + std::string_view("=").size() + quoted(value).size() < lineEnd.size() + longestLine;
 }
 
 /// The text percent-encoded and cut into pieces of at most `most` columns. Characters stay whole: some programs
@@ -159,7 +158,7 @@ std::string utf8(std::wstring_view text) {
 std::string textField(std::string_view name, std::string_view text) {
     const std::string line = oneLine(text);
     std::string field = std::string(name) + ": ";
-    if (isPlain(line) && field.size() + line.size() <= columns)
+    if (isPlain(line) && field.size() + line.size() <= longestLine)
         field += line;
     else
         field += encodedWords(line, field.size());
@@ -182,7 +181,7 @@ std::string addressField(std::string_view name, const std::vector<Mailbox>& mail
         }
         const std::string address = "<" + mailbox.address + ">";
         const std::string plain = quoted(person) + " " + address;
-        if (isPlain(person) && field.size() - lineStart + plain.size() < columns)
+        if (isPlain(person) && field.size() - lineStart + plain.size() < longestLine)
             field += plain;
         else
             field.append(encodedWords(person, field.size() - lineStart))
@@ -211,7 +210,7 @@ std::string parameter(std::string_view name, std::string_view value) {
 
     constexpr std::string_view charset = "utf-8''";
     // Room for a number of four digits, its stars, the equals sign and the semicolon.
-    const std::size_t room = columns - 1 - name.size() - 8 - charset.size();
+    const std::size_t room = longestLine - 1 - name.size() - 8 - charset.size();
     const std::vector<std::string> pieces = percentEncodedPieces(value, room);
     if (pieces.size() == 1)
         return start + "*=" + std::string(charset) + pieces.front();

@@ -41,6 +41,9 @@ std::string encodedParameter(std::string_view name, std::string_view value);
 /// The value of a "Date" field.
 std::string dateText(const Moment& moment);
 
+/// In columns, where there is a choice.
+constexpr std::size_t longestLine = 76;
+
 /// How many bytes make one line of base64.
 constexpr std::size_t bytesPerBase64Line = 57;
 

@@ -1,11 +1,11 @@
 // Makes DraftMail the mail client that Simple MAPI calls, and undoes it.
 #include "draftmail/Registration.h"
 
+#include "bxbase/RegistryKey.h"
+
 #include <algorithm>
-#include <memory>
 #include <new>
 #include <optional>
-#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -22,10 +22,7 @@ constexpr wchar_t clientBeforeValue[] = L"Client";
 constexpr wchar_t keysMadeValue[] = L"KeysMade";
 constexpr const wchar_t* defaultValue = nullptr;
 
-struct KeyCloser {
-    void operator()(HKEY key) const { RegCloseKey(key); }
-};
-using Key = std::unique_ptr<std::remove_pointer_t<HKEY>, KeyCloser>;
+using Key = bxbase::RegistryKey;
 
 class RegistryError {
 public:

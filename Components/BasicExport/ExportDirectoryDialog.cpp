@@ -10,6 +10,7 @@
 #include "SorvaneCommon/Application.h"
 #include "SorvaneCommon/ExportDataItem.h"
 #include "SorvaneCommon/ExportFolder.h"
+#include "bxbase/RegistryKey.h"
 
 #include <windows.h>
 
@@ -18,8 +19,6 @@
 #include <cstdlib>
 #include <cwchar>
 #include <list>
-#include <memory>
-#include <type_traits>
 
 namespace {
 
@@ -33,11 +32,6 @@ constexpr REGSAM registryAccess = KEY_READ | KEY_WRITE;
 constexpr DWORD exportPathBytes = 8192;
 constexpr DWORD prefixBytes = 1024;
 constexpr int rememberedDirectories = 10;
-
-struct CloseKey {
-    void operator()(HKEY key) const { RegCloseKey(key); }
-};
-using RegistryKey = std::unique_ptr<std::remove_pointer_t<HKEY>, CloseKey>;
 
 /// Reads a value of at most `bytes` bytes as text; empty when it is missing or longer.
 template <DWORD bytes> std::wstring readText(HKEY key, const wchar_t* name) {
@@ -252,7 +246,7 @@ void ExportDirectoryDialog::loadFromRegistry() {
     if (RegOpenKeyExW(HKEY_CURRENT_USER, getRegistryKeyPath().c_str(), 0, registryAccess, &opened) !=
         ERROR_SUCCESS)
         return;
-    const RegistryKey key(opened);
+    const bxbase::RegistryKey key(opened);
 
     Sorvane::U8StringBuilder paths;
     paths.appendInAcp(readText<exportPathBytes>(key.get(), exportPathValue).c_str());
@@ -281,7 +275,7 @@ void ExportDirectoryDialog::saveToRegistry() const {
     if (RegCreateKeyExW(HKEY_CURRENT_USER, getRegistryKeyPath().c_str(), 0, nullptr, 0, registryAccess,
                         nullptr, &opened, nullptr) != ERROR_SUCCESS)
         return;
-    const RegistryKey key(opened);
+    const bxbase::RegistryKey key(opened);
 
     Sorvane::AStringBuilder paths;
     paths.append(exportPath);

@@ -2,22 +2,16 @@
 #include "SorvaneCommon/RegistrySettingsStore.h"
 
 #include "SorvaneBase/Conversions.h"
+#include "bxbase/RegistryKey.h"
 
 #include <windows.h>
 
-#include <memory>
 #include <optional>
-#include <type_traits>
 #include <vector>
 
 namespace SorvaneCommon {
 
 namespace {
-
-struct KeyCloser {
-    void operator()(HKEY key) const { RegCloseKey(key); }
-};
-using UniqueKey = std::unique_ptr<std::remove_pointer_t<HKEY>, KeyCloser>;
 
 std::optional<std::wstring> queryText(HKEY key, const std::wstring& name) {
     std::vector<wchar_t> buffer(256);
@@ -48,7 +42,7 @@ bool RegistrySettingsStore::read(const Sorvane::u8string& key, Sorvane::u8string
     HKEY opened = nullptr;
     if (RegOpenKeyExW(HKEY_CURRENT_USER, keyPath.c_str(), 0, KEY_QUERY_VALUE, &opened) != ERROR_SUCCESS)
         return false;
-    const UniqueKey guard(opened);
+    const bxbase::RegistryKey guard(opened);
 
     std::wstring name;
     Sorvane::c_u8u16(name, key);
@@ -64,7 +58,7 @@ bool RegistrySettingsStore::write(const Sorvane::u8string& key, const Sorvane::u
     if (RegCreateKeyExW(HKEY_CURRENT_USER, keyPath.c_str(), 0, nullptr, 0, KEY_SET_VALUE, nullptr, &opened,
                         nullptr) != ERROR_SUCCESS)
         return false;
-    const UniqueKey guard(opened);
+    const bxbase::RegistryKey guard(opened);
 
     std::wstring name;
     std::wstring text;
