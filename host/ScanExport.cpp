@@ -271,7 +271,8 @@ int unregisterMailClient(Console& console, const Surroundings& surroundings) {
         throw HostError("DraftMail is not registered.");
     if (status != ERROR_SUCCESS)
         throw clientsCannotBeChanged(status);
-    console.print("DraftMail is no longer registered, and what was there before is back.\n");
+    console.print("DraftMail is no longer registered. Programs use the mail client from before, or a newer "
+                  "one, if any.\n");
     return exitDone;
 }
 

@@ -52,7 +52,8 @@ TEST_F(DraftMailCommandsTest, WhatWasThereBeforeComesBack) {
 
     EXPECT_EQ(run({L"--unregister-draft-mail"}), 0);
 
-    EXPECT_EQ(console.output, "DraftMail is no longer registered, and what was there before is back.\n");
+    EXPECT_EQ(console.output, "DraftMail is no longer registered. Programs use the mail client from before, "
+                              "or a newer one, if any.\n");
     expectText(clients, L"", L"Other");
     EXPECT_FALSE(test::keyExists(own));
 }
