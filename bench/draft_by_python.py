@@ -6,6 +6,7 @@ draft_by_python.py PAGES DRAFT
 import email.generator
 import email.message
 import email.policy
+import os
 import sys
 import time
 from pathlib import Path
@@ -20,4 +21,7 @@ for page in pages:
     message.add_attachment(page.read_bytes(), maintype="image", subtype="tiff", filename=page.name)
 with open(sys.argv[2], "wb") as draft:
     email.generator.BytesGenerator(draft).flatten(message)
+    # The mail client waits for the disk as well.
+    draft.flush()
+    os.fsync(draft.fileno())
 print(f"{time.perf_counter() - start:.6f}")
