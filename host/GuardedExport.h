@@ -21,6 +21,9 @@ namespace host {
 /// - After a crash or an exception the owner and the application's other windows can be used as before: the mouse and
 ///   the keyboard focus are given back, and whatever windows were disabled for the mail client are enabled.
 ///
+/// The program's application object (CWinApp), if there is one, is the current one and keeps the user out of the other
+/// windows while the mail client has control. Without one these stay open to the user, and prompts have no caption.
+///
 /// After a crash every module that is loaded stays so until the process ends, because windows, timers and threads of
 /// those that crashed may still run their code. The engine can be released and its component be taken away.
 ///

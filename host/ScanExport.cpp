@@ -33,6 +33,8 @@ namespace {
 using SorvaneCommon::ExportEngine;
 using SorvaneCommon::ExportEngineFactory;
 
+constexpr wchar_t programName[] = L"scanexport";
+
 std::wstring languageFile(const Surroundings& surroundings, const std::wstring& language) {
     return surroundings.programFolder + L"\\lang\\" + language + L".ini";
 }
@@ -110,7 +112,7 @@ private:
     class OwnerWindow : public CWnd {
     public:
         OwnerWindow() {
-            CreateEx(0, AfxRegisterWndClass(0), L"scanexport", WS_POPUP, 0, 0, 0, 0, nullptr, nullptr);
+            CreateEx(0, AfxRegisterWndClass(0), programName, WS_POPUP, 0, 0, 0, 0, nullptr, nullptr);
         }
         ~OwnerWindow() override { DestroyWindow(); }
     };
@@ -227,6 +229,8 @@ struct ComponentSession {
           application(surroundings.baseRegistryPath, console, overwrite, pages, std::move(settings)),
           component(surroundings.programFolder + L"\\BasicExport.dll", manager) {}
 
+    /// The component asks for it, to name its prompts and to disable the other windows for the mail client.
+    CWinApp program{programName};
     TemporaryRoot temporaryRoot;
     ConsoleApplication application;
     EnginesManager manager;

@@ -1,6 +1,7 @@
 // The console program and a mail client that crashes.
 #include "host/ScanExportFixture.h"
 
+#include "host/VisibleWindow.h"
 #include "support/mail/MailClient.h"
 
 #include <gmock/gmock.h>
@@ -39,6 +40,18 @@ TEST_F(CrashedMailClientTest, LeavesTheAttachmentsThatItMayHaveTakenOver) {
     ASSERT_EQ(client.calls[0].files.size(), 1u);
     const std::string path = client.calls[0].files[0].path.value();
     EXPECT_EQ(test::readFile(std::wstring(path.begin(), path.end())), "the page");
+}
+
+TEST_F(CrashedMailClientTest, LeavesOtherWindowsUsable) {
+    const test::VisibleWindow window;
+    bool enabled = true;
+    EXPECT_EQ(mailAnd([&](const test::MailCall& call) {
+                  enabled = window.isEnabled();
+                  return test::crashes()(call);
+              }),
+              host::exitFailed);
+    EXPECT_FALSE(enabled) << "there was nothing to put right";
+    EXPECT_TRUE(window.isEnabled());
 }
 
 TEST_F(CrashedMailClientTest, LetsTheNextExportInTheProcessPass) {

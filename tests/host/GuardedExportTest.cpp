@@ -190,7 +190,7 @@ TEST_F(GuardedExportTest, SurvivesAnOwnerThatWasDestroyedBeforeTheCrash) {
 }
 
 TEST_F(GuardedExportTest, EnablesAnOwnerThatTheMailClientHadDisabledBeforeTheCrash) {
-    // Without an application object, as in a console program, the component disables no window itself.
+    // Without an application object the component disables no window itself.
     AfxGetModuleState()->m_pCurrentWinApp = nullptr;
     messageAfter([&](const MailCall& call) {
         EXPECT_TRUE(owner.IsWindowEnabled());

@@ -3,6 +3,7 @@
 
 #include "host/MailDialogControls.h"
 #include "host/Text.h"
+#include "host/VisibleWindow.h"
 #include "support/mail/MailClient.h"
 
 #include <gmock/gmock.h>
@@ -158,6 +159,49 @@ TEST_F(MailTargetTest, TellsWhyTheMailClientTookNothing) {
         EXPECT_EQ(client.finished, ++finished);
         EXPECT_EQ(console.errors, notTaken + reason);
     }
+}
+
+/// The titles of the dialogs and message boxes that this thread has shown.
+class ShownDialogs {
+public:
+    ShownDialogs() { titles.clear(); }
+    ~ShownDialogs() { UnhookWindowsHookEx(hook); }
+    ShownDialogs(const ShownDialogs&) = delete;
+    ShownDialogs& operator=(const ShownDialogs&) = delete;
+
+    static inline std::vector<std::wstring> titles;
+
+private:
+    static LRESULT CALLBACK onEvent(int code, WPARAM wParam, LPARAM lParam) {
+        if (const auto window = reinterpret_cast<HWND>(wParam);
+            code == HCBT_ACTIVATE && host::windowClass(window) == L"#32770")
+            titles.push_back(host::windowText(window));
+        return CallNextHookEx(nullptr, code, wParam, lParam);
+    }
+
+    HHOOK hook = SetWindowsHookExW(WH_CBT, onEvent, nullptr, GetCurrentThreadId());
+};
+
+TEST_F(MailTargetTest, ShowsThePromptUnderTheProgramsName) {
+    addPage(L"a.tif");
+    client.behaviour = [](const MailCall&) {
+        ShownDialogs::titles.clear();
+        return ULONG{MAPI_E_FAILURE};
+    };
+    const ShownDialogs shown;
+    EXPECT_EQ(mail({pages}), 1);
+    EXPECT_THAT(shown.titles, ElementsAre(L"scanexport"));
+}
+
+TEST_F(MailTargetTest, KeepsTheUserOutOfOtherWindowsWhileTheMailClientHasControl) {
+    const test::VisibleWindow window;
+    bool enabled = true;
+    client.behaviour = test::meanwhile([&] { enabled = window.isEnabled(); });
+    addPage(L"a.tif");
+    EXPECT_EQ(mail({pages}), 0);
+    EXPECT_EQ(client.finished, 1);
+    EXPECT_FALSE(enabled);
+    EXPECT_TRUE(window.isEnabled());
 }
 
 // The question before large attachments.
