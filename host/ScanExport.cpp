@@ -19,6 +19,7 @@
 #include "host/PrintingErrorSink.h"
 #include "host/ProgressConsole.h"
 #include "host/Text.h"
+#include "host/ThreadLanguage.h"
 #include "version.h"
 
 #include <commctrl.h>
@@ -49,6 +50,7 @@ void loadLanguage(const Options& options, const Surroundings& surroundings) {
         throw UsageError("There is no language \"" + utf8(language) + "\".");
     if (!bxutils::getResourceManager()->loadLanguageFile(file))
         throw HostError("The language file " + utf8(file) + " cannot be read.");
+    setThreadLanguage(language);
 }
 
 /// A message box of the component, answered in the way that changes nothing.
@@ -303,6 +305,7 @@ int exportPages(const Options& options, ProgressConsole& console, const Surround
 
 int runScanExport(const std::vector<std::wstring>& arguments, Console& console,
                   const Surroundings& surroundings) {
+    const ThreadLanguageKeeper language;
     ProgressConsole progress(console);
     try {
         const Options options = parseOptions(arguments);

@@ -131,6 +131,25 @@ TEST_F(MailTargetTest, WorksInCzech) {
     EXPECT_EQ(console.errors, "");
 }
 
+TEST_F(MailTargetTest, ShowsThePromptInTheLanguageOfTheDialogs) {
+    client.behaviour = test::returns(MAPI_E_FAILURE);
+    const std::wstring page = addPage(L"a.tif");
+    const std::pair<std::wstring, std::string> cases[] = {
+        {L"cs", "scanexport: Poštovní program ohlásil chybu. Zpráva nebyla odeslána.\n"},
+        {L"en", "scanexport: The mail program reported a failure. The message has not been sent.\n"},
+        {L"cs", "scanexport: Poštovní program ohlásil chybu. Zpráva nebyla odeslána.\n"},
+    };
+    const LANGID language = GetThreadUILanguage();
+    const LCID locale = GetThreadLocale();
+    for (const auto& [code, prompt] : cases) {
+        console.errors.clear();
+        EXPECT_EQ(host::runScanExport({L"--lang", code, L"--to-mail", page}, console, surroundings), 1);
+        EXPECT_THAT(console.errors, StartsWith(prompt));
+        EXPECT_EQ(GetThreadUILanguage(), language);
+        EXPECT_EQ(GetThreadLocale(), locale);
+    }
+}
+
 TEST_F(MailTargetTest, AMessageThatIsNotSentIsNoFailure) {
     addPage(L"a.tif");
     for (const ULONG code : {MAPI_USER_ABORT, MAPI_E_LOGIN_FAILURE}) {
