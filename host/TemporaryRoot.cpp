@@ -2,6 +2,7 @@
 #include "host/TemporaryRoot.h"
 
 #include "SorvaneBase/bxdisk/Disk.h"
+#include "SorvaneBase/bxdisk/TempPath.h"
 #include "host/HostError.h"
 #include "host/PrivateFolder.h"
 #include "host/Text.h"
@@ -91,6 +92,8 @@ bool isAnsi(const std::wstring& path) {
 
 /// The parent itself or what stands in for it.
 std::wstring ansiParent(const std::wstring& parent, const AnsiPathMeans& means) {
+    if (parent.empty())
+        throw HostError("Windows tells of no folder for temporary files; the path in TMP may be too long.");
     // Only what exists has a short name.
     if (isAnsi(parent) || !bxdisk::createDirectories(parent))
         return parent;
@@ -168,9 +171,8 @@ bool RunName::isRunning() const {
 }
 
 std::wstring TemporaryRoot::defaultParent() {
-    wchar_t temp[MAX_PATH + 1] = {};
-    GetTempPathW(MAX_PATH + 1, temp);
-    return std::wstring(temp) + L"Sorvane\\ScanHost";
+    const std::wstring temp = bxdisk::usersTempPath();
+    return temp.empty() ? temp : temp + L"Sorvane\\ScanHost";
 }
 
 TemporaryRoot::TemporaryRoot(const std::wstring& parent, const AnsiPathMeans& means)

@@ -33,11 +33,11 @@ struct AnsiPathMeans {
 /// comes more than a day later removes them.
 class TemporaryRoot {
 public:
-    /// %TEMP%\Sorvane\ScanHost.
+    /// Sorvane\ScanHost in the user's temporary directory. Empty when the system tells of none.
     static std::wstring defaultParent();
 
     /// Makes the directory, and removes stale ones of other runs in both places. Throws HostError when it cannot be
-    /// made.
+    /// made or the parent is empty.
     explicit TemporaryRoot(const std::wstring& parent = defaultParent(), const AnsiPathMeans& means = {});
     ~TemporaryRoot();
     TemporaryRoot(const TemporaryRoot&) = delete;

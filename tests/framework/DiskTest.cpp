@@ -4,6 +4,7 @@
 #include "SorvaneBase/bxdisk/File.h"
 #include "host/Text.h"
 #include "support/TempFolder.h"
+#include "support/TempPathHook.h"
 
 #include <gmock/gmock.h>
 
@@ -326,6 +327,26 @@ TEST_F(TempDirTest, ReturnsToTheUsersDirectoryWithAnEmptyRoot) {
     ASSERT_TRUE(createTempDir("bxtest", path));
     EXPECT_THAT(path, testing::StartsWith(utf8(root)));
     EXPECT_TRUE(RemoveDirectoryW(wide(path).c_str()));
+}
+
+TEST_F(TempDirTest, TakesAUsersDirectoryWithALongPath) {
+    bxdisk::setTempRoot(L"");
+    const std::wstring users = folder / std::wstring(150, L'a') + L"\\" + std::wstring(150, L'b');
+    ASSERT_TRUE(createDirectories(users));
+    const test::TempPathHook hook(users, L"SorvaneBase.dll");
+    std::string path;
+    ASSERT_TRUE(createTempDir("t", path));
+    EXPECT_THAT(path, testing::StartsWith(utf8(users + L"\\t")));
+    EXPECT_TRUE(isFolder(wide(path)));
+}
+
+TEST_F(TempDirTest, FailsWithoutAUsersDirectoryAndLeavesThePath) {
+    bxdisk::setTempRoot(L"");
+    const test::TempPathHook hook(L"", L"SorvaneBase.dll");
+    std::string path = "old";
+    EXPECT_FALSE(createTempDir("t", path));
+    EXPECT_EQ(GetLastError(), static_cast<DWORD>(ERROR_FILENAME_EXCED_RANGE));
+    EXPECT_EQ(path, "old");
 }
 
 } // namespace

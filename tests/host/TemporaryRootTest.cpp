@@ -8,6 +8,7 @@
 #include "host/UniqueHandle.h"
 #include "support/OpenFile.h"
 #include "support/TempFolder.h"
+#include "support/TempPathHook.h"
 
 #include <gmock/gmock.h>
 
@@ -89,6 +90,21 @@ protected:
 
     test::TempFolder folder;
 };
+
+TEST_F(TemporaryRootTest, IsUnderTheUsersTemporaryDirectory) {
+    for (const std::wstring& users : {folder.path(), folder / std::wstring(250, L'a')}) {
+        const test::TempPathHook hook(users);
+        const TemporaryRoot root;
+        EXPECT_TRUE(root.path().starts_with(users + L"\\Sorvane\\ScanHost\\"));
+        EXPECT_TRUE(bxdisk::isDirectory(host::utf8(root.path())));
+    }
+}
+
+TEST_F(TemporaryRootTest, IsNowhereElseWhenTheSystemTellsNoTemporaryDirectory) {
+    const test::TempPathHook hook(L"");
+    EXPECT_EQ(TemporaryRoot::defaultParent(), L"");
+    EXPECT_THROW(TemporaryRoot{}, host::HostError);
+}
 
 TEST_F(TemporaryRootTest, TakesTheTemporaryDirectoriesUntilItsEnd) {
     {

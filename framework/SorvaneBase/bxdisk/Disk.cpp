@@ -5,6 +5,7 @@
 #include "SorvaneBase/bxdisk/File.h"
 #include "SorvaneBase/bxdisk/ForbiddenCharacters.h"
 #include "SorvaneBase/bxdisk/LongPath.h"
+#include "SorvaneBase/bxdisk/TempPath.h"
 
 #include <windows.h>
 
@@ -117,8 +118,7 @@ bool createTempDir(const Sorvane::u8string& prefix, Sorvane::u8string& path) {
         stem = tempRoot().directory;
     }
     if (stem.empty()) {
-        stem.resize(MAX_PATH + 1);
-        stem.resize(GetTempPathW(static_cast<DWORD>(stem.size()), stem.data()));
+        stem = usersTempPath();
         if (stem.empty())
             return false;
     }
