@@ -75,54 +75,91 @@ TEST_F(MessageBoxTest, OfAWindowIsOwnedByIt) {
 
 // The toolkit's own prompts.
 
-struct Prompt {
+struct Prompts {
     const char* name;
     LANGID language;
-    UINT id;
-    const wchar_t* text;
+    const wchar_t* invalidLibrary;
+    const wchar_t* failedSend;
 };
 
-constexpr LANGID english = MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US);
-constexpr LANGID czech = MAKELANGID(LANG_CZECH, SUBLANG_DEFAULT);
-constexpr LANGID german = MAKELANGID(LANG_GERMAN, SUBLANG_GERMAN);
+const Prompts prompts[] = {
+    {"English", MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US),
+     L"The system’s mail library MAPI32.DLL is not valid, so no e-mail can be sent.",
+     L"The mail program reported a failure. The message has not been sent."},
+    {"Czech", MAKELANGID(LANG_CZECH, SUBLANG_DEFAULT),
+     L"Systémová knihovna pro poštu MAPI32.DLL není platná, e-mail proto nelze odeslat.",
+     L"Poštovní program ohlásil chybu. Zpráva nebyla odeslána."},
+    {"German", MAKELANGID(LANG_GERMAN, SUBLANG_GERMAN),
+     L"Die E-Mail-Bibliothek MAPI32.DLL des Systems ist ungültig. Es kann keine E-Mail gesendet werden.",
+     L"Das E-Mail-Programm hat einen Fehler gemeldet. Die Nachricht wurde nicht gesendet."},
+    {"French", MAKELANGID(LANG_FRENCH, SUBLANG_FRENCH),
+     L"La bibliothèque de messagerie MAPI32.DLL du système n’est pas valide. Aucun e-mail ne peut être "
+     L"envoyé.",
+     L"Le logiciel de messagerie a signalé une erreur. Le message n’a pas été envoyé."},
+    {"Spanish", MAKELANGID(LANG_SPANISH, SUBLANG_SPANISH_MODERN),
+     L"La biblioteca de correo MAPI32.DLL del sistema no es válida. No se puede enviar correo electrónico.",
+     L"El programa de correo notificó un error. No se envió el mensaje."},
+    {"Polish", MAKELANGID(LANG_POLISH, SUBLANG_DEFAULT),
+     L"Biblioteka systemowa MAPI32.DLL do obsługi poczty jest nieprawidłowa. Nie można wysłać wiadomości.",
+     L"Program pocztowy zgłosił błąd. Wiadomość nie została wysłana."},
+    {"Slovak", MAKELANGID(LANG_SLOVAK, SUBLANG_DEFAULT),
+     L"Systémová knižnica pre poštu MAPI32.DLL nie je platná, e-mail preto nemožno odoslať.",
+     L"Poštový program ohlásil chybu. Správa nebola odoslaná."},
+    {"Italian", MAKELANGID(LANG_ITALIAN, SUBLANG_ITALIAN),
+     L"La libreria di posta elettronica MAPI32.DLL del sistema non è valida. Impossibile inviare messaggi.",
+     L"Il programma di posta elettronica ha segnalato un errore. Il messaggio non è stato inviato."},
+};
 
-constexpr wchar_t invalidLibrary[] =
-    L"The system’s mail library MAPI32.DLL is not valid, so no e-mail can be sent.";
-constexpr wchar_t failedSend[] = L"The mail program reported a failure. The message has not been sent.";
+// Windows goes by the one, Wine by the other.
+void setThreadsLanguage(LCID locale, LANGID language) {
+    SetThreadLocale(locale);
+    SetThreadUILanguage(language);
+}
 
-class PromptTest : public MessageBoxTest, public testing::WithParamInterface<Prompt> {
+class PromptTest : public MessageBoxTest {
 protected:
-    // Windows goes by the one, Wine by the other.
-    static void setLanguage(LCID locale, LANGID language) {
-        SetThreadLocale(locale);
-        SetThreadUILanguage(language);
-    }
+    ~PromptTest() override { setThreadsLanguage(before, LANGIDFROMLCID(before)); }
 
-    PromptTest() { setLanguage(MAKELCID(GetParam().language, SORT_DEFAULT), GetParam().language); }
-    ~PromptTest() override { setLanguage(before, LANGIDFROMLCID(before)); }
+    std::wstring shown(UINT prompt, LANGID language) {
+        setThreadsLanguage(MAKELCID(language, SORT_DEFAULT), language);
+        answer(IDOK);
+        EXPECT_EQ(AfxMessageBox(prompt), IDOK);
+        return seen.text;
+    }
 
 private:
     LCID before = GetThreadLocale();
 };
 
-TEST_P(PromptTest, IsShownInTheThreadsLanguage) {
-    answer(IDOK);
-    EXPECT_EQ(AfxMessageBox(GetParam().id), IDOK);
-    EXPECT_EQ(seen.text, GetParam().text);
+class PromptLanguageTest : public PromptTest, public testing::WithParamInterface<Prompts> {};
+
+TEST_P(PromptLanguageTest, IsShownInTheThreadsLanguage) {
+    EXPECT_EQ(shown(AFX_IDP_INVALID_MAPI_DLL, GetParam().language), GetParam().invalidLibrary);
+    EXPECT_EQ(shown(AFX_IDP_FAILED_MAPI_SEND, GetParam().language), GetParam().failedSend);
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Prompts, PromptTest,
-    testing::Values(
-        Prompt{"InvalidLibraryInEnglish", english, AFX_IDP_INVALID_MAPI_DLL, invalidLibrary},
-        Prompt{"InvalidLibraryInCzech", czech, AFX_IDP_INVALID_MAPI_DLL,
-               L"Systémová knihovna pro poštu MAPI32.DLL není platná, e-mail proto nelze odeslat."},
-        Prompt{"InvalidLibraryInAnyOtherLanguage", german, AFX_IDP_INVALID_MAPI_DLL, invalidLibrary},
-        Prompt{"FailedSendInEnglish", english, AFX_IDP_FAILED_MAPI_SEND, failedSend},
-        Prompt{"FailedSendInCzech", czech, AFX_IDP_FAILED_MAPI_SEND,
-               L"Poštovní program ohlásil chybu. Zpráva nebyla odeslána."},
-        Prompt{"FailedSendInAnyOtherLanguage", german, AFX_IDP_FAILED_MAPI_SEND, failedSend}),
-    [](const auto& info) { return std::string(info.param.name); });
+TEST_P(PromptLanguageTest, IsThereForTheLanguagesOtherVariants) {
+    const LANGID unusual = MAKELANGID(PRIMARYLANGID(GetParam().language), 0x3F);
+    const HMODULE toolkit = GetModuleHandle(L"toolkit.dll");
+    ASSERT_NE(toolkit, nullptr);
+    // String tables hold sixteen texts each and are numbered from 1.
+    const HRSRC table =
+        FindResourceEx(toolkit, RT_STRING, MAKEINTRESOURCE(AFX_IDP_FAILED_MAPI_SEND / 16 + 1), unusual);
+    ASSERT_NE(table, nullptr);
+    const std::wstring texts(static_cast<const wchar_t*>(LockResource(LoadResource(toolkit, table))),
+                             SizeofResource(toolkit, table) / sizeof(wchar_t));
+    EXPECT_NE(texts.find(GetParam().invalidLibrary), std::wstring::npos);
+    EXPECT_NE(texts.find(GetParam().failedSend), std::wstring::npos);
+}
+
+INSTANTIATE_TEST_SUITE_P(Languages, PromptLanguageTest, testing::ValuesIn(prompts),
+                         [](const auto& info) { return std::string(info.param.name); });
+
+TEST_F(PromptTest, IsEnglishInAnyOtherLanguage) {
+    constexpr LANGID portuguese = MAKELANGID(LANG_PORTUGUESE, SUBLANG_PORTUGUESE);
+    EXPECT_EQ(shown(AFX_IDP_INVALID_MAPI_DLL, portuguese), prompts[0].invalidLibrary);
+    EXPECT_EQ(shown(AFX_IDP_FAILED_MAPI_SEND, portuguese), prompts[0].failedSend);
+}
 
 TEST_F(MessageBoxTest, OfAModuleWithThatNumberShowsTheModulesOwnText) {
     const HMODULE module = LoadLibrary(L"toolkit_test_module.dll");
