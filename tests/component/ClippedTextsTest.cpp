@@ -86,6 +86,36 @@ INSTANTIATE_TEST_SUITE_P(
         TextCase{"LongEntry", L"Edit", ES_AUTOHSCROLL, {50, 20}, longText, false}),
     [](const auto& info) { return std::string(info.param.name); });
 
+class LeaningTextTest : public testing::Test {
+protected:
+    LeaningTextTest() {
+        LOGFONTW description = {};
+        description.lfHeight = -60;
+        description.lfItalic = TRUE;
+        wcscpy(description.lfFaceName, L"Times New Roman");
+        font = CreateFontIndirectW(&description);
+    }
+    ~LeaningTextTest() override { DeleteObject(font); }
+
+    void add(DWORD style) {
+        window.add(L"Static", style, {100, 80}, L"f");
+        SendDlgItemMessageW(window.window, controlId, WM_SETFONT, reinterpret_cast<WPARAM>(font), FALSE);
+    }
+
+    HFONT font;
+    Window window{L"Title", 400};
+};
+
+TEST_F(LeaningTextTest, OverTheEdgeIsFound) {
+    add(SS_RIGHT);
+    EXPECT_THAT(test::clippedTexts(window.window), ElementsAre("77 \"f\" is drawn over the edge"));
+}
+
+TEST_F(LeaningTextTest, AwayFromTheEdgesPasses) {
+    add(SS_CENTER);
+    EXPECT_THAT(test::clippedTexts(window.window), IsEmpty());
+}
+
 TEST(ClippedTextsTitleTest, TitleWithinTheCaptionPasses) {
     EXPECT_THAT(test::clippedTexts(Window(L"Export", 300).window), IsEmpty());
 }

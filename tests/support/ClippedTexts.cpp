@@ -13,8 +13,20 @@ namespace {
 /// Where a control draws its text, and how.
 struct TextRoom {
     SIZE size;
-    UINT format; ///< of DrawText
+    UINT format;        ///< of DrawText
+    UINT alignment = 0; ///< of DrawText; measuring goes without
 };
+
+UINT alignmentInStatic(LONG_PTR style) {
+    switch (style & SS_TYPEMASK) {
+    case SS_CENTER:
+        return DT_CENTER;
+    case SS_RIGHT:
+        return DT_RIGHT;
+    default:
+        return DT_LEFT;
+    }
+}
 
 std::optional<TextRoom> roomInStatic(SIZE client, LONG_PTR style) {
     const UINT prefix = style & SS_NOPREFIX ? DT_NOPREFIX : 0;
@@ -24,7 +36,8 @@ std::optional<TextRoom> roomInStatic(SIZE client, LONG_PTR style) {
     case SS_RIGHT:
         // An ellipsis instead of the rest is a clipped text too, and it comes without wrapping.
         return TextRoom{client,
-                        prefix | DT_EXPANDTABS | (style & SS_ELLIPSISMASK ? DT_SINGLELINE : DT_WORDBREAK)};
+                        prefix | DT_EXPANDTABS | (style & SS_ELLIPSISMASK ? DT_SINGLELINE : DT_WORDBREAK),
+                        alignmentInStatic(style)};
     case SS_LEFTNOWORDWRAP:
         return TextRoom{client, prefix | DT_EXPANDTABS};
     case SS_SIMPLE:
@@ -45,7 +58,7 @@ std::optional<TextRoom> roomInButton(SIZE client, LONG_PTR style) {
     case BS_PUSHBUTTON:
     case BS_DEFPUSHBUTTON:
     case BS_OWNERDRAW:
-        return TextRoom{{client.cx - 2 * (edge + focus), client.cy - 2 * (edge + focus)}, lines};
+        return TextRoom{{client.cx - 2 * (edge + focus), client.cy - 2 * (edge + focus)}, lines, DT_CENTER};
     case BS_GROUPBOX:
         return TextRoom{{client.cx - 2 * groupIndent, client.cy}, DT_SINGLELINE};
     default:
@@ -76,6 +89,38 @@ SIZE measure(HWND window, HFONT font, const std::wstring& text, LONG width, UINT
     return {needed.right, needed.bottom};
 }
 
+bool isDark(RGBQUAD pixel) {
+    return std::min({pixel.rgbRed, pixel.rgbGreen, pixel.rgbBlue}) < 128;
+}
+
+/// Whether glyphs reach over the right edge, as they may though the text measures less than the room. At the left
+/// one some letters do so in any font, by the tip of a stroke.
+bool isDrawnOverTheEdge(HFONT font, const std::wstring& text, const TextRoom& room) {
+    constexpr LONG margin = 16;
+    const LONG width = room.size.cx + margin;
+    const LONG height = room.size.cy;
+    BITMAPINFO format = {};
+    format.bmiHeader = {sizeof format.bmiHeader, width, height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
+    HDC dc = CreateCompatibleDC(nullptr);
+    void* bits = nullptr;
+    HBITMAP bitmap = CreateDIBSection(dc, &format, DIB_RGB_COLORS, &bits, nullptr, 0);
+    const HGDIOBJ previousBitmap = SelectObject(dc, bitmap);
+    const HGDIOBJ previousFont = SelectObject(dc, font ? font : GetStockObject(SYSTEM_FONT));
+    PatBlt(dc, 0, 0, width, height, WHITENESS);
+    RECT area = {0, 0, room.size.cx, height};
+    DrawTextW(dc, text.c_str(), -1, &area, room.format | room.alignment | DT_NOCLIP);
+    GdiFlush();
+    bool found = false;
+    const auto* pixels = static_cast<const RGBQUAD*>(bits);
+    for (LONG y = 0; y < height; ++y)
+        found |= std::any_of(pixels + y * width + room.size.cx, pixels + (y + 1) * width, isDark);
+    SelectObject(dc, previousFont);
+    SelectObject(dc, previousBitmap);
+    DeleteObject(bitmap);
+    DeleteDC(dc);
+    return found;
+}
+
 std::string describe(const std::string& what, const std::wstring& text, SIZE needed, SIZE room) {
     return what + " \"" + host::utf8(text) + "\" needs " + std::to_string(needed.cx) + "x" +
            std::to_string(needed.cy) + ", has " + std::to_string(room.cx) + "x" + std::to_string(room.cy);
@@ -88,8 +133,11 @@ void checkControl(HWND control, std::vector<std::string>& clipped) {
         return;
     auto font = reinterpret_cast<HFONT>(SendMessageW(control, WM_GETFONT, 0, 0));
     const SIZE needed = measure(control, font, text, room->size.cx, room->format);
+    const std::string id = std::to_string(GetDlgCtrlID(control));
     if (needed.cx > room->size.cx || needed.cy > room->size.cy)
-        clipped.push_back(describe(std::to_string(GetDlgCtrlID(control)), text, needed, room->size));
+        clipped.push_back(describe(id, text, needed, room->size));
+    else if (isDrawnOverTheEdge(font, text, *room))
+        clipped.push_back(id + " \"" + host::utf8(text) + "\" is drawn over the edge");
 }
 
 void checkTitle(HWND window, std::vector<std::string>& clipped) {
