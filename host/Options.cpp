@@ -67,7 +67,7 @@ General:
                        yes   overwrites it (default of --to-zip)
                        no    ends the export there, with exit code 2
   --show-dialog      fills in the dialog and leaves it to you to change and confirm it
-  --lang LANGUAGE    language of the dialogs: en or cs; without it, that of Windows
+  --lang LANGUAGE    language of the dialogs: cs, de, en, es, fr, it, pl or sk; without it, that of Windows
   --list             prints the identifier, name and icon size of each kind of export
   --                 ends the options; what follows are pages
   --help, --version

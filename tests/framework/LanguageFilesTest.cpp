@@ -104,8 +104,9 @@ INSTANTIATE_TEST_SUITE_P(Languages, LanguageFileTest, testing::ValuesIn(language
                              return host::utf8(info.param);
                          });
 
-TEST(LanguageFilesTest, IncludeEnglishAndCzech) {
-    EXPECT_THAT(languageCodes(), testing::IsSupersetOf({L"en", L"cs"}));
+TEST(LanguageFilesTest, AreThereForEachLanguage) {
+    EXPECT_THAT(languageCodes(),
+                testing::UnorderedElementsAre(L"cs", L"de", L"en", L"es", L"fr", L"it", L"pl", L"sk"));
 }
 
 TEST_P(LanguageFileTest, HasExactlyTheKeysInUse) {
@@ -173,6 +174,27 @@ TEST_P(LanguageFileTest, OverwriteQuestionTakesOneWideString) {
 TEST_P(LanguageFileTest, EndsEveryLabelWithAColon) {
     for (const auto& [section, key] : LABELS)
         EXPECT_THAT(language.getText(section, key), testing::EndsWith(":")) << key;
+}
+
+TEST_P(LanguageFileTest, BreaksLinesWhereEnglishDoes) {
+    bxutils::ResourceManager english;
+    ASSERT_TRUE(english.loadLanguageFile(FOLDER + L"\\en.ini"));
+    for (const auto& [key, text] : language.getTexts())
+        EXPECT_EQ(std::count(text.begin(), text.end(), '\n'),
+                  std::ranges::count(english.getText(key.first, key.second), '\n'))
+            << key.second;
+}
+
+TEST_P(LanguageFileTest, HasTypographicSigns) {
+    for (const auto& [key, text] : language.getTexts())
+        for (const char* makeshift : {"\"", "'", "..."})
+            EXPECT_THAT(text, testing::Not(testing::HasSubstr(makeshift))) << key.second;
+}
+
+TEST_P(LanguageFileTest, HasNoSignThatMayBeginALine) {
+    for (const auto& [key, text] : language.getTexts())
+        for (const char* sign : {" :", " ;", " ?", " !", " »"})
+            EXPECT_THAT(text, testing::Not(testing::HasSubstr(sign))) << key.second;
 }
 
 TEST_P(LanguageFileTest, HasAPageNameThatFileNamesMayHold) {
