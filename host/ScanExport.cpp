@@ -13,6 +13,7 @@
 #include "host/ExportTarget.h"
 #include "host/GuardedExport.h"
 #include "host/HostError.h"
+#include "host/LanguageFile.h"
 #include "host/Options.h"
 #include "host/PageList.h"
 #include "host/PagePosition.h"
@@ -36,16 +37,13 @@ using SorvaneCommon::ExportEngineFactory;
 
 constexpr wchar_t programName[] = L"scanexport";
 
-std::wstring languageFile(const Surroundings& surroundings, const std::wstring& language) {
-    return surroundings.programFolder + L"\\lang\\" + language + L".ini";
-}
-
 void loadLanguage(const Options& options, const Surroundings& surroundings) {
-    const bool czech = PRIMARYLANGID(GetUserDefaultUILanguage()) == LANG_CZECH;
-    const std::wstring language = options.language.value_or(czech ? L"cs" : L"en");
+    const std::wstring& folder = surroundings.programFolder;
+    const std::wstring language =
+        options.language.value_or(preferredLanguage(folder, surroundings.uiLanguage));
     const bool isCode =
         std::ranges::all_of(language, [](wchar_t c) { return (c >= L'a' && c <= L'z') || c == L'-'; });
-    const std::wstring file = languageFile(surroundings, language);
+    const std::wstring file = languageFile(folder, language);
     if (options.language && (!isCode || !bxdisk::File(file).exists()))
         throw UsageError("There is no language \"" + utf8(language) + "\".");
     if (!bxutils::getResourceManager()->loadLanguageFile(file))

@@ -7,6 +7,8 @@
 #include "host/TemporaryRoot.h"
 #include "host/VisibleDesktop.h"
 
+#include <windows.h>
+
 #include <chrono>
 #include <functional>
 #include <string>
@@ -23,6 +25,8 @@ struct Surroundings {
     std::wstring baseRegistryPath = HostApplication::defaultBasePath;
     std::wstring temporaryFolder = TemporaryRoot::defaultParent();
     draftmail::ClientsKey mailClients = draftmail::ClientsKey::ofThisSystem();
+    /// What Windows speaks with the user.
+    LANGID uiLanguage = GetUserDefaultUILanguage();
     /// Whether somebody can see a dialog that is left to a person.
     std::function<bool()> isDesktopVisible = host::isDesktopVisible;
     /// How long a dialog that nobody is there to answer may hold up the program.

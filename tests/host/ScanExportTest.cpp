@@ -182,6 +182,39 @@ TEST_F(ScanExportTest, AnUnknownLanguageIsWrongUsage) {
     EXPECT_THAT(console.errors, StartsWith("scanexport: There is no language \"xx\"."));
 }
 
+// The language without --lang.
+
+TEST_F(ScanExportTest, SpeaksTheLanguageOfWindowsInWhateverVariant) {
+    const std::pair<LANGID, const char*> languages[] = {
+        {MAKELANGID(LANG_CZECH, SUBLANG_DEFAULT), "\tExport do složky\t"},
+        {MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_UK), "\tExport to folder\t"},
+        {MAKELANGID(LANG_FRENCH, SUBLANG_FRENCH_CANADIAN), "\tExporter vers un dossier\t"},
+        {MAKELANGID(LANG_GERMAN, SUBLANG_GERMAN_AUSTRIAN), "\tIn Ordner exportieren\t"},
+        {MAKELANGID(LANG_ITALIAN, SUBLANG_ITALIAN_SWISS), "\tEsporta in una cartella\t"},
+        {MAKELANGID(LANG_POLISH, SUBLANG_DEFAULT), "\tEksportuj do folderu\t"},
+        {MAKELANGID(LANG_SLOVAK, SUBLANG_DEFAULT), "\tExport do priečinka\t"},
+        {MAKELANGID(LANG_SPANISH, SUBLANG_SPANISH_MEXICAN), "\tExportar a carpeta\t"},
+    };
+    for (const auto& [language, name] : languages) {
+        surroundings.uiLanguage = language;
+        console.output.clear();
+        EXPECT_EQ(host::runScanExport({L"--list"}, console, surroundings), 0);
+        EXPECT_THAT(console.output, HasSubstr(name));
+    }
+}
+
+TEST_F(ScanExportTest, SpeaksEnglishWhereWindowsSpeaksALanguageThatItDoesNot) {
+    surroundings.uiLanguage = MAKELANGID(LANG_PORTUGUESE, SUBLANG_PORTUGUESE);
+    EXPECT_EQ(host::runScanExport({L"--list"}, console, surroundings), 0);
+    EXPECT_THAT(console.output, HasSubstr("\tExport to folder\t"));
+}
+
+TEST_F(ScanExportTest, SpeaksTheLanguageAskedForWhateverThatOfWindows) {
+    surroundings.uiLanguage = MAKELANGID(LANG_GERMAN, SUBLANG_GERMAN);
+    EXPECT_EQ(host::runScanExport({L"--list", L"--lang=fr"}, console, surroundings), 0);
+    EXPECT_THAT(console.output, HasSubstr("\tExporter vers un dossier\t"));
+}
+
 TEST_F(ScanExportTest, NumbersCannotBeLeftOutForSeveralPages) {
     addPage(L"a.tif");
     addPage(L"b.tif");
