@@ -1,8 +1,10 @@
 // What becomes of a draft on the user's desktop.
 #include "draftmail/Desktop.h"
 
+#include "draftmail/resource.h"
 #include "host/DialogPilot.h"
 #include "support/ImportHook.h"
+#include "support/StringTable.h"
 #include "support/TempFolder.h"
 
 #include <gmock/gmock.h>
@@ -14,12 +16,12 @@
 
 namespace {
 
+using testing::AllOf;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
 
 constexpr LANGID english = MAKELANGID(LANG_ENGLISH, SUBLANG_ENGLISH_US);
-constexpr LANGID czech = MAKELANGID(LANG_CZECH, SUBLANG_DEFAULT);
 
 /// The desktop whose shell does what the test says. The messages are real, and confirmed.
 class DesktopTest : public testing::Test {
@@ -104,16 +106,58 @@ TEST_F(DesktopTest, TellsWhereTheDraftIsWhenTheUserChoosesNone) {
                     L"\r\n\r\nOpen this file with your mail program to address and send the message."));
 }
 
-TEST_F(DesktopTest, TellsInCzech) {
-    setLanguage(czech);
+struct Texts {
+    const char* name;
+    LANGID language;
+    const wchar_t* title;
+    std::wstring before; ///< the draft's path
+    std::wstring after;
+};
+
+const Texts texts[] = {
+    {"Czech", MAKELANGID(LANG_CZECH, SUBLANG_DEFAULT), L"Koncept e-mailu",
+     L"Zpráva je připravena jako koncept, ale žádný program ji neotevřel:",
+     L"Otevřete tento soubor ve svém poštovním programu, zprávu adresujte a odešlete."},
+    {"German", MAKELANGID(LANG_GERMAN, SUBLANG_GERMAN), L"E-Mail-Entwurf",
+     L"Die Nachricht liegt als Entwurf bereit, aber kein Programm hat ihn geöffnet:",
+     L"Öffnen Sie diese Datei mit Ihrem E-Mail-Programm, um die Nachricht zu adressieren und zu senden."},
+    {"French", MAKELANGID(LANG_FRENCH, SUBLANG_FRENCH), L"Brouillon d’e-mail",
+     L"Le message est prêt sous forme de brouillon, mais aucun programme ne l’a ouvert :",
+     L"Ouvrez ce fichier avec votre logiciel de messagerie pour indiquer les destinataires et envoyer le "
+     L"message."},
+    {"Spanish", MAKELANGID(LANG_SPANISH, SUBLANG_SPANISH_MODERN), L"Borrador de correo",
+     L"El mensaje está listo como borrador, pero ningún programa lo abrió:",
+     L"Abra este archivo con su programa de correo para indicar los destinatarios y enviar el mensaje."},
+    {"Polish", MAKELANGID(LANG_POLISH, SUBLANG_DEFAULT), L"Wersja robocza wiadomości",
+     L"Wiadomość jest gotowa jako wersja robocza, ale żaden program jej nie otworzył:",
+     L"Otwórz ten plik w programie pocztowym, aby zaadresować i wysłać wiadomość."},
+    {"Slovak", MAKELANGID(LANG_SLOVAK, SUBLANG_DEFAULT), L"Koncept e-mailu",
+     L"Správa je pripravená ako koncept, ale žiadny program ju neotvoril:",
+     L"Otvorte tento súbor vo svojom poštovom programe, správu adresujte a odošlite."},
+    {"Italian", MAKELANGID(LANG_ITALIAN, SUBLANG_ITALIAN), L"Bozza di e-mail",
+     L"Il messaggio è pronto come bozza, ma nessun programma lo ha aperto:",
+     L"Aprire questo file con il programma di posta elettronica per indicare i destinatari e inviare il "
+     L"messaggio."},
+};
+
+class DesktopLanguageTest : public DesktopTest, public testing::WithParamInterface<Texts> {};
+
+TEST_P(DesktopLanguageTest, IsTheThreads) {
+    setLanguage(GetParam().language);
     open();
-    EXPECT_THAT(titles, ElementsAre(L"Koncept e-mailu"));
+    EXPECT_THAT(titles, ElementsAre(GetParam().title));
     EXPECT_THAT(messages,
-                ElementsAre(L"Zpráva je připravena jako koncept, ale žádný program ji neotevřel:\r\n\r\n" +
-                            draft +
-                            L"\r\n\r\nOtevřete tento soubor ve svém poštovním programu, zprávu adresujte a "
-                            L"odešlete."));
+                ElementsAre(GetParam().before + L"\r\n\r\n" + draft + L"\r\n\r\n" + GetParam().after));
 }
+
+TEST_P(DesktopLanguageTest, IsThereInItsOtherVariants) {
+    EXPECT_THAT(
+        test::stringTable(nullptr, IDS_DRAFT_TITLE, test::unusualVariant(GetParam().language)),
+        AllOf(HasSubstr(GetParam().title), HasSubstr(GetParam().before), HasSubstr(GetParam().after)));
+}
+
+INSTANTIATE_TEST_SUITE_P(Languages, DesktopLanguageTest, testing::ValuesIn(texts),
+                         [](const auto& info) { return std::string(info.param.name); });
 
 TEST_F(DesktopTest, TellsWhereTheDraftIsWhenTheSystemCannotAsk) {
     choice = E_NOTIMPL;

@@ -1,6 +1,7 @@
 // Message boxes.
 #include "AfxModule.h"
 #include "SampleDialogTest.h"
+#include "support/StringTable.h"
 
 #include <string>
 
@@ -139,15 +140,8 @@ TEST_P(PromptLanguageTest, IsShownInTheThreadsLanguage) {
 }
 
 TEST_P(PromptLanguageTest, IsThereForTheLanguagesOtherVariants) {
-    const LANGID unusual = MAKELANGID(PRIMARYLANGID(GetParam().language), 0x3F);
-    const HMODULE toolkit = GetModuleHandle(L"toolkit.dll");
-    ASSERT_NE(toolkit, nullptr);
-    // String tables hold sixteen texts each and are numbered from 1.
-    const HRSRC table =
-        FindResourceEx(toolkit, RT_STRING, MAKEINTRESOURCE(AFX_IDP_FAILED_MAPI_SEND / 16 + 1), unusual);
-    ASSERT_NE(table, nullptr);
-    const std::wstring texts(static_cast<const wchar_t*>(LockResource(LoadResource(toolkit, table))),
-                             SizeofResource(toolkit, table) / sizeof(wchar_t));
+    const std::wstring texts = test::stringTable(GetModuleHandle(L"toolkit.dll"), AFX_IDP_FAILED_MAPI_SEND,
+                                                 test::unusualVariant(GetParam().language));
     EXPECT_NE(texts.find(GetParam().invalidLibrary), std::wstring::npos);
     EXPECT_NE(texts.find(GetParam().failedSend), std::wstring::npos);
 }
