@@ -108,7 +108,8 @@ protected:
     std::unique_ptr<host::TemporaryRoot> root = std::make_unique<host::TemporaryRoot>(temporary.path());
     host::HostApplication application{basePath};
     host::EnginesManager manager;
-    host::ComponentModule component{test::programFolder() + L"\\BasicExport.dll", manager};
+    std::optional<host::ComponentModule> component{std::in_place,
+                                                   test::programFolder() + L"\\BasicExport.dll", manager};
     MailClient client;
     CWinApp app;
     CWnd owner;
@@ -236,11 +237,7 @@ TEST_F(GuardedExportTest, LeavesAComponentThatHasCrashedLoadedWhenItIsTakenAway)
     const HMODULE module = GetModuleHandleW(L"BasicExport.dll");
     ASSERT_NE(module, nullptr);
     messageAfter(test::crashes());
-    {
-        // One that is gone before the fixture's.
-        host::EnginesManager& again = manager;
-        const host::ComponentModule second(test::programFolder() + L"\\BasicExport.dll", again);
-    }
+    component.reset();
     EXPECT_EQ(GetModuleHandleW(L"BasicExport.dll"), module);
 }
 
