@@ -85,6 +85,11 @@ void removePageCopies(const fs::path& root) {
     fs::remove(root, ignored);
 }
 
+bool isAscii(const std::wstring& path) {
+    return !path.empty() && std::ranges::all_of(path, [](wchar_t c) { return c < 0x80; });
+}
+
+// In the code page of this program, which may be another than that of a mail client's own.
 bool isAnsi(const std::wstring& path) {
     std::string ansi;
     return Sorvane::c_u8acp(ansi, utf8(path));
@@ -95,13 +100,17 @@ std::wstring ansiParent(const std::wstring& parent, const AnsiPathMeans& means) 
     if (parent.empty())
         throw HostError("Windows tells of no folder for temporary files; the path in TMP may be too long.");
     // Only what exists has a short name.
-    if (isAnsi(parent) || !bxdisk::createDirectories(parent))
+    if (isAscii(parent) || !bxdisk::createDirectories(parent))
         return parent;
-    std::wstring other = means.shortPath(parent);
-    if (!other.empty() && isAnsi(other))
-        return other;
-    other = privateFolderBelow(means.commonFolder);
-    return isAnsi(other) && makePrivateFolder(other) ? other : parent;
+    const std::wstring shortPath = means.shortPath(parent);
+    if (isAscii(shortPath))
+        return shortPath;
+    for (const std::wstring& path : {parent, shortPath}) {
+        if (!path.empty() && isAnsi(path))
+            return path;
+    }
+    const std::wstring own = privateFolderBelow(means.commonFolder);
+    return isAnsi(own) && makePrivateFolder(own) ? own : parent;
 }
 
 } // namespace

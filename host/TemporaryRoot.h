@@ -9,7 +9,7 @@
 
 namespace host {
 
-/// What the system has for a path that the ANSI code page lacks characters for.
+/// What the system has for a path that mail clients may not be able to take.
 struct AnsiPathMeans {
     /// The path in short names; where the system keeps none, in long ones. Empty when it does not exist.
     std::function<std::wstring(const std::wstring&)> shortPath = shortPathOfSystem;
@@ -23,10 +23,12 @@ struct AnsiPathMeans {
 
 /// A directory of the process's own, made the root of bxdisk's temporary directories.
 ///
-/// It is made under the parent given. Mail clients, though, take the paths of attachments in the ANSI code page, which
-/// may lack characters of, say, the name of the user's profile. The parent is then called by its short name or, where
-/// the system keeps none, replaced by a folder of the user's own below the common one, to which no other user has
-/// access. If neither can be had it is the parent after all, which is good enough for all other exports.
+/// It is made under the parent given. Mail clients, though, take the paths of attachments in the ANSI code page of this
+/// program and may pass them on to programs that have another one. A parent that is not plain ASCII, say for the name
+/// of the user's profile, is therefore called by its short name when that is. Where it is not, the parent stays as long
+/// as this program's code page has its characters; otherwise it is replaced by a folder of the user's own below the
+/// common one, to which no other user has access. If that cannot be had it is the parent after all, which is good
+/// enough for all other exports.
 ///
 /// At the end it loses the copies of pages, and is removed if nothing else is in it. Directories that engines have made
 /// stay, because a mail client may read the attachments in them after the export, even after the program. A start that

@@ -270,10 +270,40 @@ TEST_F(TemporaryRootTest, LeavesAloneWhatNoRunHasMade) {
     EXPECT_THAT(folder.list(), ElementsAre(L"01234-5", L"1234", L"1234-x", L"important"));
 }
 
-TEST_F(TemporaryRootTest, IsUnderTheParentAsItIsCalledWhereTheAnsiCodePageHasIt) {
+TEST_F(TemporaryRootTest, IsUnderTheParentAsItIsCalledWhenThatIsAscii) {
     const TemporaryRoot root(folder / L"Temp folder", {[](const std::wstring&) { return L"C:\\SHORT~1"; }});
 
     EXPECT_EQ(root.path(), folder / L"Temp folder\\" + RunName::ofThisProcess().text());
+}
+
+/// A parent whose name is not ASCII, but in the ANSI code page.
+class AnsiParentTest : public TemporaryRootTest {
+protected:
+    void SetUp() override {
+        // A letter in all code pages of one byte.
+        wchar_t letter = 0;
+        if (MultiByteToWideChar(CP_ACP, MB_ERR_INVALID_CHARS, "\xE9", 1, &letter, 1) != 1)
+            GTEST_SKIP() << "the code page has characters of several bytes";
+        parent = folder / std::wstring(1, letter);
+    }
+
+    std::wstring rootWithShortPath(const std::wstring& shortPath) const {
+        const TemporaryRoot root(parent,
+                                 {[&](const std::wstring&) { return shortPath; }, folder / L"common"});
+        return root.path();
+    }
+
+    const std::wstring run = L"\\" + RunName::ofThisProcess().text();
+    std::wstring parent;
+};
+
+TEST_F(AnsiParentTest, IsCalledByItsShortNameBecauseOtherProgramsMayHaveAnotherCodePage) {
+    EXPECT_EQ(rootWithShortPath(folder / L"SHORT~1"), folder / L"SHORT~1" + run);
+}
+
+TEST_F(AnsiParentTest, IsTakenAsItIsCalledWhereNoShortNamesAreKept) {
+    EXPECT_EQ(rootWithShortPath(parent), parent + run);
+    EXPECT_EQ(rootWithShortPath(L""), parent + run);
 }
 
 /// A parent whose name no ANSI code page has, but for that of programs whose manifest asks for UTF-8.
