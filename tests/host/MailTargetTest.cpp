@@ -4,6 +4,7 @@
 #include "host/MailDialogControls.h"
 #include "host/Text.h"
 #include "host/VisibleWindow.h"
+#include "support/ImportHook.h"
 #include "support/mail/MailClient.h"
 
 #include <gmock/gmock.h>
@@ -424,6 +425,36 @@ TEST_F(MailTargetTest, APageThatGetsLockedEndsTheExportWithItsName) {
 
     EXPECT_EQ(console.errors,
               "scanexport: The page " + utf8(a) + " cannot be exported: another program is using it.\n");
+}
+
+/// Fails the component's next copy of a file.
+class FailedCopy {
+public:
+    FailedCopy() { hook.emplace("CopyFileW", reinterpret_cast<void*>(fail), L"BasicExport.dll"); }
+
+    /// Whether there has been one. The component is as it was then, so that it may be unloaded.
+    static bool hasFailed() { return !hook; }
+
+private:
+    static BOOL WINAPI fail(const wchar_t*, const wchar_t*, BOOL) {
+        hook.reset();
+        return FALSE;
+    }
+
+    static inline std::optional<test::ImportHook> hook;
+};
+
+TEST_F(MailTargetTest, APageThatIsNotCopiedEndsTheExportWithItsName) {
+    addPage(L"a.tif");
+    const std::wstring b = addPage(L"b.tif");
+    whenAtPage(2, [] { FailedCopy(); });
+
+    EXPECT_EQ(mail({pages}), 1);
+
+    EXPECT_TRUE(FailedCopy::hasFailed());
+    EXPECT_EQ(console.errors, "scanexport: The page " + utf8(b) +
+                                  " was not exported: Windows did not copy it to the temporary files.\n");
+    EXPECT_EQ(client.finished, 0);
 }
 
 TEST_F(MailTargetTest, AFolderForTheCopiesThatCannotBeMadeIsToldAbout) {

@@ -36,10 +36,12 @@ fail() {
     exit 1
 }
 
+shell=
+program=$scanexport
 # Exports to the small disk, which must fail in one sentence.
 export_to_disk() {
     status=0
-    "$wine_run" "$folder" "$scanexport" --lang en "$@" "$work/pages" 2>"$work/errors" || status=$?
+    "$wine_run" "$folder" $shell "$program" --lang en "$@" "$work/pages" 2>"$work/errors" || status=$?
     cat "$work/errors"
     [ $status -eq 1 ] || fail "exit code $status instead of 1"
     [ "$(wc -l <"$work/errors")" -eq 1 ] || fail "it is told in more than one sentence"
@@ -61,3 +63,13 @@ unzip -qqt "$work/disk/scans.zip" || fail "the archive cannot be read"
 unzip -p "$work/disk/scans.zip" Scan1.tif | cmp "$work/pages/1.tif" - || fail "the packed page is not whole"
 [ "$(cat "$work/disk/scans.zip.bak")" = old ] || fail "the archive from before is gone"
 [ "$(ls "$work/disk" | wc -l)" -eq 2 ] || fail "something else is left behind"
+
+# The attachments are copied to the temporary files.
+rm "$work/disk"/*
+windows_disk=Z:$(echo "$work/disk" | tr / '\\')
+printf '@set TMP=%s\r\n@"Z:%s" %%*\r\n' "$windows_disk" "$(echo "$scanexport" | tr / '\\')" >"$work/mail.bat"
+shell="cmd.exe /c"
+program=Z:$(echo "$work/mail.bat" | tr / '\\')
+export_to_disk --to-mail --subject Scan
+grep -q '2\.tif was not exported: the disk of the temporary files is full\.$' "$work/errors" ||
+    fail "the page and the reason are not named"
