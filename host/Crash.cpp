@@ -17,6 +17,8 @@ std::array<char, MAX_PATH + 100> describe(const Crash& crash) noexcept {
     char name[MAX_PATH] = "an unknown module";
     if (const wchar_t* separator = std::wcsrchr(path, L'\\'))
         WideCharToMultiByte(CP_UTF8, 0, separator + 1, -1, name, MAX_PATH, nullptr, nullptr);
+    // A name that is too long in UTF-8 is cut, and not terminated.
+    name[MAX_PATH - 1] = '\0';
     const auto offset =
         reinterpret_cast<std::uintptr_t>(crash.address) - reinterpret_cast<std::uintptr_t>(module);
     std::array<char, MAX_PATH + 100> text;

@@ -17,8 +17,8 @@ namespace host {
 /// A crash abandons the frames of the call without running their C++ destructors: what they held stays held, memory,
 /// locks and modules. Calls nest.
 ///
-/// Windows does not let exceptions out of a window procedure that it has called from the kernel; such a crash still
-/// ends the program.
+/// What still ends the program: a crash in a window procedure that Windows has called from the kernel, out of which it
+/// lets no exceptions, and code that ends the process itself, as abort(), std::terminate() and __fastfail() do.
 std::optional<Crash> callGuarded(const std::function<void()>& function);
 
 } // namespace host

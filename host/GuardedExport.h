@@ -28,7 +28,8 @@ namespace host {
 /// those that crashed may still run their code. The engine can be released and its component be taken away.
 ///
 /// Thread: the user-interface thread. Calls nest, as when the mail client handles the host's messages meanwhile.
-/// @param owner  the engine's parent window, which the mail client may destroy
+/// @param owner  the engine's parent window. The mail client may destroy the window, but the object must outlive the
+///               call: none of a class that deletes itself with its window.
 int exportGuarded(SorvaneCommon::ExportEngine& engine, CWnd& owner, ExportErrorSink& errors);
 
 } // namespace host
