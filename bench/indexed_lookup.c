@@ -1,4 +1,4 @@
-/* Preloaded into Wine by bench/run: lets marked directories look names up by their index.
+/* Preloaded into Wine by bench/in_wine.sh: lets marked directories look names up by their index.
  *
  * Windows's directories ignore case and find a name, or that there is none, by one look-up. On a file system that
  * minds case Wine reads the whole directory for every name that is not there, which makes any export of n pages cost

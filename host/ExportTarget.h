@@ -48,7 +48,7 @@ public:
     /// The existing file that the engine would replace without a question, by what was last observed.
     virtual std::optional<std::wstring> fileReplacedUnasked() const { return std::nullopt; }
 
-    /// Takes note of what is there right before the export.
+    /// Called right before the export, to take note of what is there and of what the export will report.
     virtual void beforeExport() {}
 
     /// Refuses, by throwing HostError, to believe an engine that called the export done.

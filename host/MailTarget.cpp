@@ -41,7 +41,7 @@ bool isPrompt(HWND window, UINT textId) {
     return text.LoadString(textId) && messageBoxText(window) == text.GetString();
 }
 
-/// The limit that the engine keeps to. Beyond 2 GiB it differs from the setting.
+/// The limit that the engine keeps to. From 2 GiB on it differs from the setting.
 int limitInKb() {
     std::string text;
     SorvaneCommon::GetApplication()->getSettingsStore()->read(maxSizeKey, text);
