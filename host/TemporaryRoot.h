@@ -32,7 +32,8 @@ struct AnsiPathMeans {
 ///
 /// At the end it loses the copies of pages, and is removed if nothing else is in it. Directories that engines have made
 /// stay, because a mail client may read the attachments in them after the export, even after the program. A start that
-/// comes more than a day later removes them.
+/// comes more than a day later removes them. A program that runs for long thus gathers the attachments of all its
+/// exports: nothing goes before a later start.
 class TemporaryRoot {
 public:
     /// Sorvane\ScanHost in the user's temporary directory. Empty when the system tells of none.
