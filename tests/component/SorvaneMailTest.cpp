@@ -23,10 +23,6 @@ std::vector<std::string> records(std::initializer_list<const char*> levelLineTex
     return result;
 }
 
-template <class Record> std::string bytesOf(const Record& record) {
-    return {reinterpret_cast<const char*>(&record), sizeof record};
-}
-
 class SorvaneMailTest : public SorvaneMailFixture {
 protected:
     /// The only call the mail client has got.
@@ -58,7 +54,7 @@ TEST_F(SorvaneMailTest, EmptyMessageIsASingleSpaceAndOtherwiseZeroBytes) {
     MapiMessage expected;
     std::memset(&expected, 0, sizeof expected);
     expected.lpszNoteText = call().message.lpszNoteText;
-    EXPECT_EQ(call().bytes, bytesOf(expected));
+    EXPECT_EQ(call().bytes, test::bytesOfRecord(expected));
 }
 
 TEST_F(SorvaneMailTest, SubjectAndAttachmentsAreTheOnlyOtherFields) {
@@ -74,7 +70,7 @@ TEST_F(SorvaneMailTest, SubjectAndAttachmentsAreTheOnlyOtherFields) {
     expected.lpszNoteText = call().message.lpszNoteText;
     expected.nFileCount = 1;
     expected.lpFiles = call().message.lpFiles;
-    EXPECT_EQ(call().bytes, bytesOf(expected));
+    EXPECT_EQ(call().bytes, test::bytesOfRecord(expected));
 }
 
 TEST_F(SorvaneMailTest, SubjectSetAgainReplacesTheFirst) {
@@ -108,7 +104,7 @@ TEST_F(SorvaneMailTest, AttachmentsHaveTheirTextsAndOtherwiseZeroBytes) {
         std::memset(&expected, 0, sizeof expected);
         expected.lpszPathName = file.record.lpszPathName;
         expected.lpszFileName = file.record.lpszFileName;
-        EXPECT_EQ(file.bytes, bytesOf(expected));
+        EXPECT_EQ(file.bytes, test::bytesOfRecord(expected));
     }
 }
 
@@ -178,7 +174,7 @@ TEST_F(SorvaneMailTest, AttachmentRecordsOfEveryCallStayReadable) {
     test::overwriteFreedMemory();
     for (const test::MailCall& sent : client.calls)
         for (std::size_t i = 0; i < count; ++i)
-            EXPECT_EQ(bytesOf(sent.message.lpFiles[i]), sent.files.at(i).bytes);
+            EXPECT_EQ(test::bytesOfRecord(sent.message.lpFiles[i]), sent.files.at(i).bytes);
 }
 
 // The result.

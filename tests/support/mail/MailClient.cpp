@@ -24,10 +24,6 @@ std::optional<std::string> copyOf(const char* text) {
     return text ? std::optional<std::string>(text) : std::nullopt;
 }
 
-template <class Record> std::string bytesOf(const Record& record) {
-    return {reinterpret_cast<const char*>(&record), sizeof record};
-}
-
 std::wstring pathOf(HMODULE module) {
     std::wstring path(MAX_PATH, L'\0');
     path.resize(GetModuleFileNameW(module, path.data(), MAX_PATH));
@@ -77,13 +73,14 @@ ULONG MailClient::receive(void* self, LHANDLE session, ULONG_PTR ui, lpMapiMessa
                   flags,
                   reserved,
                   *message,
-                  bytesOf(*message),
+                  bytesOfRecord(*message),
                   copyOf(message->lpszSubject),
                   copyOf(message->lpszNoteText),
                   {}};
     for (ULONG i = 0; i < message->nFileCount; ++i) {
         const MapiFileDesc& file = message->lpFiles[i];
-        call.files.push_back({file, bytesOf(file), copyOf(file.lpszPathName), copyOf(file.lpszFileName)});
+        call.files.push_back(
+            {file, bytesOfRecord(file), copyOf(file.lpszPathName), copyOf(file.lpszFileName)});
     }
     client->calls.push_back(call);
     const ULONG result = client->behaviour(call);

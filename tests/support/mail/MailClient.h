@@ -15,11 +15,16 @@
 
 namespace test {
 
+/// A record byte for byte, with those between its fields.
+template <class Record> std::string bytesOfRecord(const Record& record) {
+    return {reinterpret_cast<const char*>(&record), sizeof record};
+}
+
 /// One call of MAPISendMail: what came, byte for byte, and copies of the texts it pointed to.
 struct MailCall {
     struct File {
         MapiFileDesc record;
-        std::string bytes; ///< of the record, with those between its fields
+        std::string bytes; ///< of the record
         std::optional<std::string> path;
         std::optional<std::string> name;
     };
