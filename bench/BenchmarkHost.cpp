@@ -2,26 +2,19 @@
 #include "bench/BenchmarkHost.h"
 
 #include "host/HostError.h"
+#include "host/ProgramFolder.h"
 
 #include "SorvaneBase/bxutils/ResourceManager.h"
 #include "SorvaneCommon/ExportEngineFactory.h"
 
 #include "afxwin.h"
 
-#include <cwchar>
-
 namespace bench {
-
-std::wstring programFolder() {
-    wchar_t path[MAX_PATH];
-    GetModuleFileNameW(nullptr, path, MAX_PATH);
-    return {path, std::wcsrchr(path, L'\\')};
-}
 
 Host::Host(const wchar_t* registryBase)
     : application(registryBase),
       owner(CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 0, 0, nullptr, nullptr, nullptr, nullptr)) {
-    if (!bxutils::getResourceManager()->loadLanguageFile(programFolder() + L"\\lang\\en.ini"))
+    if (!bxutils::getResourceManager()->loadLanguageFile(host::programFolder() + L"\\lang\\en.ini"))
         throw host::HostError("The language file cannot be read.");
 }
 
@@ -31,7 +24,7 @@ Host::~Host() {
 }
 
 std::unique_ptr<host::ComponentModule> Host::loadComponent() {
-    return std::make_unique<host::ComponentModule>(programFolder() + L"\\BasicExport.dll", manager);
+    return std::make_unique<host::ComponentModule>(host::programFolder() + L"\\BasicExport.dll", manager);
 }
 
 bxbase::Reference<SorvaneCommon::ExportEngine> Host::createEngine(const char* factoryId) const {

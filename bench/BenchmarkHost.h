@@ -11,11 +11,8 @@
 #include <windows.h>
 
 #include <memory>
-#include <string>
 
 namespace bench {
-
-std::wstring programFolder();
 
 /// A host without windows of its own, as far as the measurements need one.
 class Host {

@@ -4,6 +4,7 @@
 #include "host/DialogPilot.h"
 #include "host/DirectoryDialogControls.h"
 #include "host/Options.h"
+#include "host/ProgramFolder.h"
 #include "support/ScopedRegistryKey.h"
 #include "support/ScopedVariable.h"
 #include "support/TempFolder.h"
@@ -15,18 +16,11 @@
 #include <windows.h>
 
 #include <algorithm>
-#include <cwchar>
 
 using testing::ElementsAre;
 using testing::HasSubstr;
 
 namespace {
-
-std::wstring programFolder() {
-    wchar_t path[MAX_PATH];
-    GetModuleFileNameW(nullptr, path, MAX_PATH);
-    return std::wstring(path, std::wcsrchr(path, L'\\'));
-}
 
 std::string sourceFile(const std::wstring& name) {
     std::wstring path = PROJECT_FOLDER L"/" + name;
@@ -73,7 +67,7 @@ TEST(ReadmeTest, ItsExampleExportsTheScansOfAFolder) {
                               host::click(IDOK)}));
     const HWND owner = CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 0, 0, nullptr, nullptr, nullptr, nullptr);
 
-    EXPECT_EQ(exportScans(programFolder(), scans.path(), CWnd::FromHandle(owner)), 0);
+    EXPECT_EQ(exportScans(host::programFolder(), scans.path(), CWnd::FromHandle(owner)), 0);
 
     EXPECT_EQ(pilot.failure(), "");
     EXPECT_THAT(target.list(), ElementsAre(L"Scan001.tif", L"Scan002.tif"));

@@ -9,6 +9,7 @@
 #include "host/DialogPilot.h"
 #include "host/EnginesManager.h"
 #include "host/HostApplication.h"
+#include "host/ProgramFolder.h"
 #include "host/TemporaryRoot.h"
 #include "host/ZipDialogControls.h"
 
@@ -63,14 +64,11 @@ int wmain(int argumentCount, wchar_t** arguments) {
         return 7;
     const int pages = _wtoi(arguments[3]);
     const int killedAt = argumentCount > 4 ? _wtoi(arguments[4]) : 0;
-    wchar_t path[MAX_PATH];
-    GetModuleFileNameW(nullptr, path, MAX_PATH);
-    const std::wstring folder(path, std::wcsrchr(path, L'\\'));
 
     const host::TemporaryRoot temporaryRoot(arguments[1]);
     const host::HostApplication application(L"BasicExportTests\\CopyingHost");
     host::EnginesManager manager;
-    const host::ComponentModule component(folder + L"\\BasicExport.dll", manager);
+    const host::ComponentModule component(host::programFolder() + L"\\BasicExport.dll", manager);
     CWnd owner;
     bxbase::Reference<SorvaneCommon::ExportEngine> engine;
     manager.findFactory("com.brellix.sorvane.exportdata-factory.zip.file")->createEngine(&owner, engine);

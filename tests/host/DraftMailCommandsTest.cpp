@@ -41,7 +41,7 @@ TEST_F(DraftMailCommandsTest, TheDllBesideTheProgramBecomesTheClientHoweverOften
         EXPECT_EQ(run({L"--register-draft-mail"}), 0);
         EXPECT_EQ(console.output, registered);
         expectText(clients, L"", L"DraftMail");
-        expectText(own, L"DLLPath", test::programFolder() + L"\\DraftMail.dll");
+        expectText(own, L"DLLPath", host::programFolder() + L"\\DraftMail.dll");
     }
     EXPECT_EQ(console.errors, "");
 }

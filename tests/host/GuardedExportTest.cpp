@@ -12,7 +12,7 @@
 #include "host/GuardedCall.h"
 #include "host/HostApplication.h"
 #include "host/HostError.h"
-#include "host/ProgramCopy.h"
+#include "host/ProgramFolder.h"
 #include "host/TemporaryRoot.h"
 #include "host/Text.h"
 #include "host/UniqueHandle.h"
@@ -109,7 +109,7 @@ protected:
     host::HostApplication application{basePath};
     host::EnginesManager manager;
     std::optional<host::ComponentModule> component{std::in_place,
-                                                   test::programFolder() + L"\\BasicExport.dll", manager};
+                                                   host::programFolder() + L"\\BasicExport.dll", manager};
     MailClient client;
     CWinApp app;
     CWnd owner;

@@ -9,26 +9,22 @@
 #include "host/EnginesManager.h"
 #include "host/GuardedExport.h"
 #include "host/HostApplication.h"
+#include "host/ProgramFolder.h"
 #include "host/TemporaryRoot.h"
 #include "support/mail/MailClient.h"
 
 #include <windows.h>
 
 #include <cstdio>
-#include <cwchar>
 #include <string>
 
 int wmain(int argumentCount, wchar_t** arguments) {
     if (argumentCount != 3)
         return 7;
-    wchar_t path[MAX_PATH];
-    GetModuleFileNameW(nullptr, path, MAX_PATH);
-    const std::wstring folder(path, std::wcsrchr(path, L'\\'));
-
     const host::TemporaryRoot temporaryRoot(arguments[2]);
     const host::HostApplication application(L"BasicExportTests\\MailingHost");
     host::EnginesManager manager;
-    const host::ComponentModule component(folder + L"\\BasicExport.dll", manager);
+    const host::ComponentModule component(host::programFolder() + L"\\BasicExport.dll", manager);
     const test::MailClient client;
     CWnd owner;
     bxbase::Reference<SorvaneCommon::ExportEngine> engine;

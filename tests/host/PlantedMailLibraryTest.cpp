@@ -25,7 +25,7 @@ protected:
     }
 
     void plant(const std::wstring& name) const {
-        ASSERT_TRUE(CopyFileW((test::programFolder() + L"\\planted_mail_library.dll").c_str(),
+        ASSERT_TRUE(CopyFileW((host::programFolder() + L"\\planted_mail_library.dll").c_str(),
                               (folder / name + L"\\MAPI32.DLL").c_str(), TRUE));
     }
 

@@ -3,7 +3,7 @@
 
 #include "host/DialogPilot.h"
 #include "host/FakeConsole.h"
-#include "host/ProgramCopy.h"
+#include "host/ProgramFolder.h"
 #include "host/ScanExport.h"
 #include "support/OpenFile.h"
 #include "support/ScopedRegistryKey.h"
@@ -83,7 +83,7 @@ private:
 class ScanExportFixture : public testing::Test {
 protected:
     ScanExportFixture() {
-        surroundings.programFolder = test::programFolder();
+        surroundings.programFolder = host::programFolder();
         surroundings.baseRegistryPath = basePath;
         surroundings.temporaryFolder = folder / L"temp";
         surroundings.isDesktopVisible = [] { return true; }; // to Person, wherever the test runs

@@ -1,13 +1,13 @@
 // Systems whose MAPI32.DLL cannot send mail.
 #pragma once
 
+#include "host/ProgramFolder.h"
 #include "support/TempFolder.h"
 
 #include <gtest/gtest.h>
 
 #include <windows.h>
 
-#include <cwchar>
 #include <stdexcept>
 #include <string>
 
@@ -26,10 +26,7 @@ inline void expectNoMailLibrary() {
 class PlantedMailLibrary {
 public:
     PlantedMailLibrary() {
-        wchar_t program[MAX_PATH] = L"";
-        GetModuleFileNameW(nullptr, program, MAX_PATH);
-        const std::wstring original =
-            std::wstring(program, wcsrchr(program, L'\\') + 1) + L"library_without_mail.dll";
+        const std::wstring original = host::programFolder() + L"\\library_without_mail.dll";
         const std::wstring planted = folder / L"MAPI32.DLL";
         if (CopyFileW(original.c_str(), planted.c_str(), TRUE))
             module = LoadLibraryW(planted.c_str());
