@@ -5,36 +5,12 @@
 # Ends with 77 where the system does not allow such a disk.
 set -eu
 
-if [ "${4:-}" != inside ]; then
-    for options in -Urm -m; do
-        if unshare $options true 2>/dev/null; then
-            exec unshare $options "$0" "$1" "$2" "$3" inside
-        fi
-    done
-    echo "No private file systems here: not tested."
-    exit 77
-fi
-
-wine_run=$1
-folder=$2
+disk_size=64k
+. "$(dirname "$0")/../support/small_disk.sh"
 draft_tool=$3
-work=$(mktemp -d)
-trap 'WINEPREFIX="$folder/wine-null" wineserver -k 2>/dev/null || :; umount "$work/disk" 2>/dev/null || :; rm -rf "$work"' EXIT
 
-mkdir "$work/disk"
-mount -t tmpfs -o size=64k tmpfs "$work/disk" 2>/dev/null || {
-    echo "No small disk here: not tested."
-    exit 77
-}
-# A session from before would not see the disk.
-WINEPREFIX="$folder/wine-null" wineserver -k 2>/dev/null || :
 head -c 20000 /dev/urandom >"$work/small"
 head -c 100000 /dev/urandom >"$work/large"
-
-fail() {
-    echo "refusing_disk.sh: $*"
-    exit 1
-}
 
 # Prints the code of a draft with that attachment.
 draft() {

@@ -4,37 +4,14 @@
 # Ends with 77 where the system does not allow such a disk.
 set -eu
 
-if [ "${4:-}" != inside ]; then
-    for options in -Urm -m; do
-        if unshare $options true 2>/dev/null; then
-            exec unshare $options "$0" "$1" "$2" "$3" inside
-        fi
-    done
-    echo "No private file systems here: not tested."
-    exit 77
-fi
-
-wine_run=$1
-folder=$2
+disk_size=256k
+. "$(dirname "$0")/../support/small_disk.sh"
 scanexport=$3
-work=$(mktemp -d)
-trap 'WINEPREFIX="$folder/wine-null" wineserver -k 2>/dev/null || :; umount "$work/disk" 2>/dev/null || :; rm -rf "$work"' EXIT
 
-mkdir "$work/disk" "$work/pages"
-mount -t tmpfs -o size=256k tmpfs "$work/disk" 2>/dev/null || {
-    echo "No small disk here: not tested."
-    exit 77
-}
-# A session from before would not see the disk.
-WINEPREFIX="$folder/wine-null" wineserver -k 2>/dev/null || :
+mkdir "$work/pages"
 head -c 20000 /dev/urandom >"$work/pages/1.tif"
 head -c 400000 /dev/urandom >"$work/pages/2.tif"
 head -c 100 /dev/urandom >"$work/pages/3.tif"
-
-fail() {
-    echo "full_disk.sh: $*"
-    exit 1
-}
 
 shell=
 program=$scanexport
