@@ -1,4 +1,5 @@
 // The directory dialog as a window.
+#include "DialogFixture.h"
 #include "DirectoryDialogFixture.h"
 #include "SorvaneBase/bxutils/ResourceManager.h"
 #include "resource.h"
@@ -41,48 +42,41 @@ constexpr int useFolderNameId = 4030;
 /// Of the system's folder dialog.
 constexpr int newFolderButtonId = 14150;
 
-/// A control as it must be: geometry in dialog units, the share of the dialog's growth that it follows in
-/// percent, and the key of its text in section "Scan" where it has one.
-struct Control {
-    int id;
-    const wchar_t* type;
-    LONG_PTR style; ///< the type's own part of it
-    bool tabStop;
-    RECT rect; ///< x, y, width, height
+/// Adds the share of the dialog's growth that the control follows in percent, and the key of its text in section
+/// "Scan" where it has one.
+struct GrowingControl : Control {
     SIZE move;
     SIZE stretch;
     const char* textKey;
 };
 
 // In template order.
-const Control controls[] = {
-    {4006, L"Edit", ES_AUTOHSCROLL, true, {83, 7, 237, 14}, {0, 0}, {100, 0}, nullptr},
-    {4028,
-     L"ListBox",
-     LBS_NOTIFY | LBS_SORT | LBS_NOINTEGRALHEIGHT,
-     true,
-     {83, 30, 237, 42},
+const GrowingControl controls[] = {
+    {{4006, L"Edit", ES_AUTOHSCROLL, true, {83, 7, 237, 14}}, {0, 0}, {100, 0}, nullptr},
+    {{4028, L"ListBox", LBS_NOTIFY | LBS_SORT | LBS_NOINTEGRALHEIGHT, true, {83, 30, 237, 42}},
      {0, 0},
      {100, 100},
      nullptr},
-    {4008, L"Edit", ES_AUTOHSCROLL, true, {83, 102, 237, 14}, {0, 100}, {100, 0}, nullptr},
-    {4027, L"Button", BS_AUTOCHECKBOX, true, {83, 126, 10, 10}, {0, 100}, {0, 0}, nullptr},
-    {4009, L"Edit", ES_AUTOHSCROLL | ES_NUMBER, true, {83, 140, 51, 14}, {0, 100}, {50, 0}, nullptr},
-    {4010, L"Edit", ES_AUTOHSCROLL | ES_NUMBER, true, {202, 140, 50, 14}, {50, 100}, {50, 0}, nullptr},
-    {1, L"Button", BS_DEFPUSHBUTTON, true, {208, 164, 50, 14}, {100, 100}, {0, 0}, nullptr},
-    {2, L"Button", BS_PUSHBUTTON, true, {270, 164, 50, 14}, {100, 100}, {0, 0}, nullptr},
-    {4011, L"Static", SS_RIGHT, false, {7, 9, 65, 8}, {0, 0}, {0, 0}, "ScanExport.Directory.Path"},
-    {4012, L"Static", SS_RIGHT, false, {7, 104, 65, 8}, {0, 100}, {0, 0}, "ScanExport.Directory.Prefix"},
-    {4013, L"Static", SS_RIGHT, false, {7, 143, 65, 8}, {0, 100}, {0, 0}, "ScanExport.Directory.FirstNumber"},
-    {4014, L"Static", SS_RIGHT, false, {135, 143, 59, 8}, {50, 100}, {0, 0}, "ScanExport.Directory.Digits"},
-    {4015, L"Static", SS_RIGHT, false, {7, 126, 65, 8}, {0, 100}, {0, 0}, "ScanExport.Directory.AppendIndex"},
-    {4029, L"Static", SS_RIGHT, false, {7, 32, 65, 8}, {0, 0}, {0, 0}, "ScanExport.Directory.LastExports"},
-    {4030, L"Button", BS_AUTOCHECKBOX, true, {83, 83, 10, 10}, {0, 100}, {0, 0}, nullptr},
-    {4016,
-     L"Static",
-     SS_RIGHT,
-     false,
-     {7, 80, 65, 16},
+    {{4008, L"Edit", ES_AUTOHSCROLL, true, {83, 102, 237, 14}}, {0, 100}, {100, 0}, nullptr},
+    {{4027, L"Button", BS_AUTOCHECKBOX, true, {83, 126, 10, 10}}, {0, 100}, {0, 0}, nullptr},
+    {{4009, L"Edit", ES_AUTOHSCROLL | ES_NUMBER, true, {83, 140, 51, 14}}, {0, 100}, {50, 0}, nullptr},
+    {{4010, L"Edit", ES_AUTOHSCROLL | ES_NUMBER, true, {202, 140, 50, 14}}, {50, 100}, {50, 0}, nullptr},
+    {{1, L"Button", BS_DEFPUSHBUTTON, true, {208, 164, 50, 14}}, {100, 100}, {0, 0}, nullptr},
+    {{2, L"Button", BS_PUSHBUTTON, true, {270, 164, 50, 14}}, {100, 100}, {0, 0}, nullptr},
+    {{4011, L"Static", SS_RIGHT, false, {7, 9, 65, 8}}, {0, 0}, {0, 0}, "ScanExport.Directory.Path"},
+    {{4012, L"Static", SS_RIGHT, false, {7, 104, 65, 8}}, {0, 100}, {0, 0}, "ScanExport.Directory.Prefix"},
+    {{4013, L"Static", SS_RIGHT, false, {7, 143, 65, 8}},
+     {0, 100},
+     {0, 0},
+     "ScanExport.Directory.FirstNumber"},
+    {{4014, L"Static", SS_RIGHT, false, {135, 143, 59, 8}}, {50, 100}, {0, 0}, "ScanExport.Directory.Digits"},
+    {{4015, L"Static", SS_RIGHT, false, {7, 126, 65, 8}},
+     {0, 100},
+     {0, 0},
+     "ScanExport.Directory.AppendIndex"},
+    {{4029, L"Static", SS_RIGHT, false, {7, 32, 65, 8}}, {0, 0}, {0, 0}, "ScanExport.Directory.LastExports"},
+    {{4030, L"Button", BS_AUTOCHECKBOX, true, {83, 83, 10, 10}}, {0, 100}, {0, 0}, nullptr},
+    {{4016, L"Static", SS_RIGHT, false, {7, 80, 65, 16}},
      {0, 100},
      {0, 0},
      "ScanExport.Directory.UseFolderName"},
@@ -140,7 +134,7 @@ protected:
 TEST_F(DirectoryDialogTest, HoldsItsControlsInTheOrderOfTheTemplate) {
     inspect({now([](HWND window) {
         std::vector<int> expected;
-        for (const Control& control : controls)
+        for (const GrowingControl& control : controls)
             expected.push_back(control.id);
         EXPECT_EQ(test::controlIds(window), expected);
     })});
@@ -156,27 +150,21 @@ TEST_F(DirectoryDialogTest, OpensInTheSizeOfTheTemplate) {
 
 TEST_F(DirectoryDialogTest, PlacesEveryControlExactly) {
     inspect({now([](HWND window) {
-        for (const Control& control : controls)
-            EXPECT_EQ(edges(rectIn(window, control.id)), edges(pixels(window, control.rect))) << control.id;
+        for (const GrowingControl& control : controls)
+            expectPlace(window, control);
     })});
 }
 
 TEST_F(DirectoryDialogTest, MakesEveryControlOfItsTypeAndStyle) {
     inspect({now([](HWND window) {
-        for (const Control& control : controls) {
-            HWND child = GetDlgItem(window, control.id);
-            const LONG_PTR style = GetWindowLongPtrW(child, GWL_STYLE);
-            EXPECT_EQ(host::windowClass(child), control.type) << control.id;
-            EXPECT_EQ(style & 0xFFFF, control.style) << control.id;
-            EXPECT_EQ((style & WS_TABSTOP) != 0, control.tabStop) << control.id;
-            EXPECT_TRUE(style & WS_VISIBLE) << control.id;
-        }
+        for (const GrowingControl& control : controls)
+            expectTypeAndStyle(window, control);
     })});
 }
 
 TEST_F(DirectoryDialogTest, BindsEveryControlToAnObject) {
     inspect({now([](HWND window) {
-        for (const Control& control : controls)
+        for (const GrowingControl& control : controls)
             EXPECT_NE(CWnd::FromHandlePermanent(GetDlgItem(window, control.id)), nullptr) << control.id;
     })});
 }
@@ -193,7 +181,7 @@ TEST_F(DirectoryDialogTest, OpensWithTheFocusInThePath) {
 
 TEST_F(DirectoryDialogTest, HasThemedControls) {
     inspect({now([](HWND window) {
-        for (const Control& control : controls) {
+        for (const GrowingControl& control : controls) {
             if (control.type != std::wstring_view(L"Static")) {
                 EXPECT_NE(GetWindowTheme(GetDlgItem(window, control.id)), nullptr) << control.id;
             }
@@ -243,14 +231,14 @@ TEST_F(DirectoryDialogTest, ControlsFollowTheGrowingWindowByTheirShare) {
     inspect({now([](HWND window) {
         const SIZE growth = {100, 60};
         std::vector<RECT> before;
-        for (const Control& control : controls)
+        for (const GrowingControl& control : controls)
             before.push_back(rectIn(window, control.id));
         RECT frame;
         GetWindowRect(window, &frame);
         SetWindowPos(window, nullptr, 0, 0, frame.right - frame.left + growth.cx,
                      frame.bottom - frame.top + growth.cy, SWP_NOMOVE | SWP_NOZORDER);
         auto rect = before.begin();
-        for (const Control& control : controls) {
+        for (const GrowingControl& control : controls) {
             RECT expected = *rect++;
             OffsetRect(&expected, growth.cx * control.move.cx / 100, growth.cy * control.move.cy / 100);
             expected.right += growth.cx * control.stretch.cx / 100;
@@ -268,8 +256,8 @@ TEST_F(DirectoryDialogTest, ControlsReturnToTheirPlacesWithTheWindow) {
         const int height = frame.bottom - frame.top;
         for (const auto& [dx, dy] : {std::pair(33, 17), std::pair(201, 5), std::pair(0, 0)})
             SetWindowPos(window, nullptr, 0, 0, width + dx, height + dy, SWP_NOMOVE | SWP_NOZORDER);
-        for (const Control& control : controls)
-            EXPECT_EQ(edges(rectIn(window, control.id)), edges(pixels(window, control.rect))) << control.id;
+        for (const GrowingControl& control : controls)
+            expectPlace(window, control);
     })});
 }
 
@@ -289,7 +277,7 @@ TEST_P(DirectoryDialogLanguageTest, ShowsItsTextsInTheLanguage) {
         EXPECT_EQ(host::windowText(window), hostText("Scan", "ScanExport.DirectoryDialog.Title"));
         EXPECT_EQ(controlText(window, IDOK), hostText("Common", "Button.OK"));
         EXPECT_EQ(controlText(window, IDCANCEL), hostText("Common", "Button.Cancel"));
-        for (const Control& control : controls) {
+        for (const GrowingControl& control : controls) {
             if (control.textKey) {
                 EXPECT_EQ(controlText(window, control.id), hostText("Scan", control.textKey));
             }
@@ -302,10 +290,7 @@ TEST_P(DirectoryDialogLanguageTest, ClipsNoText) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Languages, DirectoryDialogLanguageTest, testing::ValuesIn(test::languageFiles()),
-                         [](const auto& info) {
-                             const std::wstring& file = info.param;
-                             return std::string(file.begin(), file.begin() + file.find(L'.'));
-                         });
+                         languageName);
 
 TEST_F(DirectoryDialogTest, ClippedTextsAreFoundInEveryLabelAndButtonAndTheTitle) {
     inspect({now([](HWND window) {
@@ -413,7 +398,7 @@ TEST_F(DirectoryDialogTest, ParentFolderOptionEnablesAndDisablesNothing) {
     inspect({click(useFolderNameId), [](HWND window) {
                  if (!isTicked(window, useFolderNameId))
                      return false;
-                 for (const Control& control : controls)
+                 for (const GrowingControl& control : controls)
                      EXPECT_TRUE(isEnabled(window, control.id)) << control.id;
                  return true;
              }});

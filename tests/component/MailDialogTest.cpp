@@ -1,21 +1,15 @@
 // The mail dialog as a window.
+#include "DialogFixture.h"
 #include "ExportToMailDlg.h"
 #include "SorvaneBase/bxutils/ResourceManager.h"
-#include "host/DialogPilot.h"
 #include "support/ClippedTexts.h"
-#include "support/DialogInspection.h"
-#include "support/HostTexts.h"
 
 #include <gmock/gmock.h>
 
-#include <chrono>
-#include <memory>
 #include <string>
-#include <utility>
 #include <vector>
 
 using host::click;
-using host::dialogWith;
 using host::enterText;
 using test::controlText;
 using test::edges;
@@ -33,15 +27,6 @@ constexpr int descId = 4040;
 constexpr int subjectLabelId = 4041;
 constexpr int subjectId = 4042;
 
-/// A control as it must be, with its geometry in dialog units.
-struct Control {
-    int id;
-    const wchar_t* type;
-    LONG_PTR style; ///< the type's own part of it
-    bool tabStop;
-    RECT rect; ///< x, y, width, height
-};
-
 // In template order.
 const Control controls[] = {
     {IDOK, L"Button", BS_DEFPUSHBUTTON, true, {198, 94, 50, 14}},
@@ -52,31 +37,15 @@ const Control controls[] = {
     {subjectId, L"Edit", ES_AUTOHSCROLL, true, {73, 70, 229, 14}},
 };
 
-class MailDialogTest : public testing::Test {
+/// The dialog with a subject that need not outlive its making.
+class MailDialog : public ExportToMailDlg {
+public:
+    explicit MailDialog(const std::wstring& subject = L"") : ExportToMailDlg(nullptr, &subject) {}
+};
+
+class MailDialogTest : public DialogFixture<MailDialog> {
 protected:
-    using Action = host::DialogPilot::Action;
-
-    void SetUp() override { test::loadLanguage(L"en.ini"); }
-
-    /// Opens a new dialog, does the actions one by one on it, and gives what DoModal() returned. The actions
-    /// must close the dialog.
-    INT_PTR show(std::vector<Action> actions, const std::wstring& subject = L"") {
-        host::DialogPilot pilot(std::chrono::seconds(30));
-        for (Action& action : actions)
-            pilot.then("in the dialog", dialogWith(subjectId), std::move(action));
-        dialog = std::make_unique<ExportToMailDlg>(nullptr, &subject);
-        const INT_PTR result = dialog->DoModal();
-        EXPECT_TRUE(pilot.succeeded()) << pilot.failure();
-        return result;
-    }
-
-    /// Opens a new dialog, does something in it, and cancels it.
-    void inspect(std::vector<Action> actions, const std::wstring& subject = L"") {
-        actions.push_back(click(IDCANCEL));
-        EXPECT_EQ(show(std::move(actions), subject), IDCANCEL);
-    }
-
-    std::unique_ptr<ExportToMailDlg> dialog; ///< of the last show()
+    MailDialogTest() : DialogFixture(subjectId) {}
 };
 
 // The window.
@@ -99,21 +68,14 @@ TEST_F(MailDialogTest, OpensInTheFixedSizeOfTheTemplate) {
 TEST_F(MailDialogTest, PlacesEveryControlExactly) {
     inspect({now([](HWND window) {
         for (const Control& control : controls)
-            EXPECT_EQ(edges(test::rectIn(window, control.id)), edges(test::pixels(window, control.rect)))
-                << control.id;
+            expectPlace(window, control);
     })});
 }
 
 TEST_F(MailDialogTest, MakesEveryControlOfItsTypeAndStyle) {
     inspect({now([](HWND window) {
-        for (const Control& control : controls) {
-            HWND child = GetDlgItem(window, control.id);
-            const LONG_PTR style = GetWindowLongPtrW(child, GWL_STYLE);
-            EXPECT_EQ(host::windowClass(child), control.type) << control.id;
-            EXPECT_EQ(style & 0xFFFF, control.style) << control.id;
-            EXPECT_EQ((style & WS_TABSTOP) != 0, control.tabStop) << control.id;
-            EXPECT_TRUE(style & WS_VISIBLE) << control.id;
-        }
+        for (const Control& control : controls)
+            expectTypeAndStyle(window, control);
     })});
 }
 
@@ -178,10 +140,7 @@ TEST_P(MailDialogLanguageTest, HidesNoPartOfTheSubjectsLabelUnderTheEdit) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Languages, MailDialogLanguageTest, testing::ValuesIn(test::languageFiles()),
-                         [](const auto& info) {
-                             const std::wstring& file = info.param;
-                             return std::string(file.begin(), file.begin() + file.find(L'.'));
-                         });
+                         languageName);
 
 TEST_F(MailDialogTest, ClippedTextsAreFoundInEveryLabelAndButtonAndTheTitle) {
     inspect({now([](HWND window) {

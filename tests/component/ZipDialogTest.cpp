@@ -1,17 +1,13 @@
 // The ZIP dialog as a window.
+#include "DialogFixture.h"
 #include "ExportToZipDlg.h"
 #include "SorvaneBase/bxutils/ResourceManager.h"
-#include "host/DialogPilot.h"
 #include "support/ClippedTexts.h"
-#include "support/DialogInspection.h"
 #include "support/FileBrowsing.h"
-#include "support/HostTexts.h"
 #include "support/TempFolder.h"
 
 #include <gmock/gmock.h>
 
-#include <chrono>
-#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -39,15 +35,6 @@ constexpr int prefixLabelId = 4036;
 constexpr int prefixId = 4037;
 constexpr int browseId = 4038;
 
-/// A control as it must be, with its geometry in dialog units.
-struct Control {
-    int id;
-    const wchar_t* type;
-    LONG_PTR style; ///< the type's own part of it
-    bool tabStop;
-    RECT rect; ///< x, y, width, height
-};
-
 // In template order.
 const Control controls[] = {
     {IDOK, L"Button", BS_DEFPUSHBUTTON, true, {198, 113, 50, 14}},
@@ -61,35 +48,13 @@ const Control controls[] = {
     {browseId, L"Button", BS_PUSHBUTTON, true, {247, 71, 50, 14}},
 };
 
-class ZipDialogTest : public testing::Test {
+class ZipDialogTest : public DialogFixture<ExportToZipDlg> {
 protected:
-    using Action = host::DialogPilot::Action;
-
-    void SetUp() override { test::loadLanguage(L"en.ini"); }
-
-    /// Opens a new dialog, does the actions one by one on it, and gives what DoModal() returned. The actions
-    /// must close the dialog.
-    INT_PTR show(std::vector<Action> actions) {
-        for (Action& action : actions)
-            pilot.then("in the dialog", dialogWith(pathId), std::move(action));
-        dialog = std::make_unique<ExportToZipDlg>();
-        const INT_PTR result = dialog->DoModal();
-        EXPECT_TRUE(pilot.succeeded()) << pilot.failure();
-        return result;
-    }
-
-    /// Opens a new dialog, does something in it, and cancels it.
-    void inspect(std::vector<Action> actions) {
-        actions.push_back(click(IDCANCEL));
-        EXPECT_EQ(show(std::move(actions)), IDCANCEL);
-    }
+    ZipDialogTest() : DialogFixture(pathId) {}
 
     static Action enter(const std::wstring& path, const std::wstring& prefix) {
         return inOrder({enterText(pathId, path), enterText(prefixId, prefix)});
     }
-
-    host::DialogPilot pilot{std::chrono::seconds(30)};
-    std::unique_ptr<ExportToZipDlg> dialog; ///< of the last show()
 };
 
 // The window.
@@ -112,21 +77,14 @@ TEST_F(ZipDialogTest, OpensInTheFixedSizeOfTheTemplate) {
 TEST_F(ZipDialogTest, PlacesEveryControlExactly) {
     inspect({now([](HWND window) {
         for (const Control& control : controls)
-            EXPECT_EQ(edges(test::rectIn(window, control.id)), edges(test::pixels(window, control.rect)))
-                << control.id;
+            expectPlace(window, control);
     })});
 }
 
 TEST_F(ZipDialogTest, MakesEveryControlOfItsTypeAndStyle) {
     inspect({now([](HWND window) {
-        for (const Control& control : controls) {
-            HWND child = GetDlgItem(window, control.id);
-            const LONG_PTR style = GetWindowLongPtrW(child, GWL_STYLE);
-            EXPECT_EQ(host::windowClass(child), control.type) << control.id;
-            EXPECT_EQ(style & 0xFFFF, control.style) << control.id;
-            EXPECT_EQ((style & WS_TABSTOP) != 0, control.tabStop) << control.id;
-            EXPECT_TRUE(style & WS_VISIBLE) << control.id;
-        }
+        for (const Control& control : controls)
+            expectTypeAndStyle(window, control);
     })});
 }
 
@@ -168,10 +126,7 @@ TEST_P(ZipDialogLanguageTest, ClipsNoText) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Languages, ZipDialogLanguageTest, testing::ValuesIn(test::languageFiles()),
-                         [](const auto& info) {
-                             const std::wstring& file = info.param;
-                             return std::string(file.begin(), file.begin() + file.find(L'.'));
-                         });
+                         languageName);
 
 TEST_F(ZipDialogTest, ClippedTextsAreFoundInEveryLabelAndButtonAndTheTitle) {
     inspect({now([](HWND window) {
