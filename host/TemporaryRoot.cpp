@@ -102,7 +102,7 @@ std::wstring ansiParent(const std::wstring& parent, const AnsiPathMeans& means) 
     // Only what exists has a short name.
     if (isAscii(parent) || !bxdisk::createDirectories(parent))
         return parent;
-    const std::wstring shortPath = means.shortPath(parent);
+    std::wstring shortPath = means.shortPath(parent);
     if (isAscii(shortPath))
         return shortPath;
     for (const std::wstring& path : {parent, shortPath}) {
