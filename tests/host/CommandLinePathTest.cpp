@@ -3,16 +3,13 @@
 
 #include "host/CurrentDirectory.h"
 #include "support/TempFolder.h"
+#include "support/UnixName.h"
 
 #include <gmock/gmock.h>
 
 #include <windows.h>
 
 namespace {
-
-bool runsUnderWine() {
-    return GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
-}
 
 TEST(CommandLinePathTest, RelativePathsStartAtTheCurrentDirectory) {
     const test::TempFolder folder;
@@ -28,7 +25,7 @@ TEST(CommandLinePathTest, LongPathsAreComplete) {
 }
 
 TEST(CommandLinePathTest, UnixPathsMeanTheUnixFileWhateverTheCurrentDrive) {
-    if (!runsUnderWine())
+    if (!test::unixName(L"C:\\windows"))
         GTEST_SKIP() << "there are no Unix paths on Windows";
     const test::CurrentDirectory here(L"C:\\windows");
 

@@ -1,8 +1,10 @@
 // Folders that keep other users out.
 #include "host/PrivateFolder.h"
 
+#include "host/Text.h"
 #include "host/UniqueHandle.h"
 #include "support/TempFolder.h"
+#include "support/UnixName.h"
 
 #include <gmock/gmock.h>
 
@@ -92,16 +94,10 @@ TEST_F(PrivateFolderTest, IsRefusedWhenItBelongsToSomebodyElse) {
     ASSERT_TRUE(host::isUsersOwn(own));
     const std::string before = ownerOf(own);
     // Under Wine an administrator can give files away with the program of the system below.
-    std::wstring command = L"Z:\\bin\\chown nobody \"$UNIX\"";
-    using GetUnixFileName = char*(CDECL*)(const wchar_t*);
-    const auto getUnixFileName = reinterpret_cast<GetUnixFileName>(reinterpret_cast<void*>(
-        GetProcAddress(GetModuleHandleW(L"kernel32.dll"), "wine_get_unix_file_name")));
-    if (!getUnixFileName)
+    const auto unixName = test::unixName(own);
+    if (!unixName)
         GTEST_SKIP() << "it takes two users";
-    char* allocated = getUnixFileName(own.c_str());
-    const std::string unixName = allocated;
-    HeapFree(GetProcessHeap(), 0, allocated);
-    command.replace(command.find(L"$UNIX"), 5, std::wstring(unixName.begin(), unixName.end()));
+    std::wstring command = L"Z:\\bin\\chown nobody \"" + host::wide(*unixName) + L"\"";
     STARTUPINFOW startup{};
     startup.cb = sizeof startup;
     PROCESS_INFORMATION process{};

@@ -10,6 +10,7 @@
 #include "support/ScopedRegistryKey.h"
 #include "support/ScopedVariable.h"
 #include "support/TempFolder.h"
+#include "support/UnixName.h"
 #include "support/ZipParser.h"
 
 #include <gmock/gmock.h>
@@ -155,14 +156,10 @@ TEST_F(ScanExportProgramTest, PrintsHelpVersionAndListToItsOutput) {
 }
 
 TEST_F(ScanExportProgramTest, TakesUnixPathsUnderWineWhateverTheCurrentDrive) {
-    using GetUnixFileName = char*(CDECL*)(const wchar_t*);
-    const auto getUnixFileName = reinterpret_cast<GetUnixFileName>(reinterpret_cast<void*>(
-        GetProcAddress(GetModuleHandleW(L"kernel32.dll"), "wine_get_unix_file_name")));
-    if (!getUnixFileName)
+    const auto unixName = test::unixName(folder.path());
+    if (!unixName)
         GTEST_SKIP() << "there are no Unix paths on Windows";
-    char* allocated = getUnixFileName(folder.path().c_str());
-    std::wstring unixFolder = host::wide(allocated);
-    HeapFree(GetProcessHeap(), 0, allocated);
+    std::wstring unixFolder = host::wide(*unixName);
     // A person writes the real name of drive C's folder rather than Wine's link to it.
     constexpr std::wstring_view link = L"/dosdevices/c:/";
     ASSERT_NE(unixFolder.find(link), std::wstring::npos);
