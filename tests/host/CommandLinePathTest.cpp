@@ -25,6 +25,7 @@ TEST(CommandLinePathTest, LongPathsAreComplete) {
 }
 
 TEST(CommandLinePathTest, UnixPathsMeanTheUnixFileWhateverTheCurrentDrive) {
+    // Windows takes such a path for one on the current drive, and no person there would write it.
     if (!test::unixName(L"C:\\windows"))
         GTEST_SKIP() << "there are no Unix paths on Windows";
     const test::CurrentDirectory here(L"C:\\windows");

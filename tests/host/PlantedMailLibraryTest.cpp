@@ -70,6 +70,7 @@ TEST_F(PlantedMailLibraryTest, InTheProgramsFolderRunsOnlyWithoutTheProtection) 
 
 TEST_F(PlantedMailLibraryTest, InTheCurrentFolderRunsOnlyWithoutTheProtection) {
     const UnsafeSearch unsafe;
+    // Otherwise the current folder comes after the system's, and the planted file runs neither way.
     if (!unsafe.isSet)
         GTEST_SKIP() << "it takes an administrator to make Windows look there first";
     plant(L"current");

@@ -93,7 +93,8 @@ TEST_F(PrivateFolderTest, IsRefusedWhenItBelongsToSomebodyElse) {
     ASSERT_TRUE(CreateDirectoryW(own.c_str(), nullptr));
     ASSERT_TRUE(host::isUsersOwn(own));
     const std::string before = ownerOf(own);
-    // Under Wine an administrator can give files away with the program of the system below.
+    // A folder of somebody else takes a second user. Windows has none for tests; under Wine the program of the system
+    // below makes one the owner, for an administrator only and where there is such a program.
     const auto unixName = test::unixName(own);
     if (!unixName)
         GTEST_SKIP() << "it takes two users";

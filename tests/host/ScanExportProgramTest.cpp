@@ -157,6 +157,7 @@ TEST_F(ScanExportProgramTest, PrintsHelpVersionAndListToItsOutput) {
 
 TEST_F(ScanExportProgramTest, TakesUnixPathsUnderWineWhateverTheCurrentDrive) {
     const auto unixName = test::unixName(folder.path());
+    // Only Wine has a second way to write the path of the same file.
     if (!unixName)
         GTEST_SKIP() << "there are no Unix paths on Windows";
     std::wstring unixFolder = host::wide(*unixName);
@@ -202,6 +203,7 @@ TEST_F(ScanExportProgramTest, LeavesNoTemporaryFiles) {
 }
 
 TEST_F(ScanExportProgramTest, RefusesToLeaveADialogToAPersonWhoCannotSeeIt) {
+    // With a display the dialog would open and wait for a person. ./test has none.
     if (host::isDesktopVisible())
         GTEST_SKIP() << "here the dialog can be seen";
     addPage(L"a.tif");

@@ -280,7 +280,7 @@ TEST_F(TemporaryRootTest, IsUnderTheParentAsItIsCalledWhenThatIsAscii) {
 class AnsiParentTest : public TemporaryRootTest {
 protected:
     void SetUp() override {
-        // A letter in all code pages of one byte.
+        // A letter in all code pages of one byte. Where it is part of a longer one the folder would have no name.
         wchar_t letter = 0;
         if (MultiByteToWideChar(CP_ACP, MB_ERR_INVALID_CHARS, "\xE9", 1, &letter, 1) != 1)
             GTEST_SKIP() << "the code page has characters of several bytes";
