@@ -3,6 +3,7 @@
 #include "SorvaneBase/bxdisk/Disk.h"
 #include "SorvaneBase/bxutils/ResourceManager.h"
 #include "host/Text.h"
+#include "host/desktop/Texts.h"
 #include "support/TempFolder.h"
 
 #include <gmock/gmock.h>
@@ -25,7 +26,7 @@ const std::wstring FOLDER = [] {
     return folder;
 }();
 
-/// Every text that the component and its host look up.
+/// Every text that the component and the library of the hosts look up.
 const std::set<Key> USED_KEYS = {
     {"Language", "Name"},
     {"Language", "Code"},
@@ -82,11 +83,52 @@ std::vector<std::wstring> languageCodes() {
     return codes;
 }
 
-std::set<Key> keysOf(const bxutils::ResourceManager& language) {
+/// Whether a text is of the program with a window.
+bool isOfProgram(const Key& key) {
+    return key.first.starts_with("ScanHost.");
+}
+
+std::set<Key> keysOf(const bxutils::ResourceManager& language, bool ofProgram) {
     std::set<Key> keys;
     for (const auto& [key, text] : language.getTexts())
-        keys.insert(key);
+        if (isOfProgram(key) == ofProgram)
+            keys.insert(key);
     return keys;
+}
+
+bxutils::ResourceManager english() {
+    bxutils::ResourceManager texts;
+    EXPECT_TRUE(texts.loadLanguageFile(FOLDER + L"\\en.ini"));
+    return texts;
+}
+
+/// The names between "{" and "}", sorted.
+std::vector<std::string> placeholdersOf(const std::string& text) {
+    std::vector<std::string> names;
+    for (std::size_t begin = text.find('{'); begin != std::string::npos; begin = text.find('{', begin + 1))
+        names.push_back(text.substr(begin, text.find('}', begin) + 1 - begin));
+    std::ranges::sort(names);
+    return names;
+}
+
+std::vector<std::string> formsOf(const std::string& text) {
+    std::vector<std::string> forms;
+    std::size_t begin = 0;
+    for (std::size_t end = text.find('|'); end != std::string::npos; end = text.find('|', begin)) {
+        forms.push_back(text.substr(begin, end - begin));
+        begin = end + 1;
+    }
+    forms.push_back(text.substr(begin));
+    return forms;
+}
+
+std::string sourcesOfProgram() {
+    const std::wstring folder = FOLDER + L"\\..\\desktop";
+    std::string sources;
+    for (const std::wstring& name : test::namesIn(folder))
+        if (name.ends_with(L".cpp") || name.ends_with(L".h"))
+            sources += test::readFile(folder + L'\\' + name);
+    return sources;
 }
 
 class LanguageFileTest : public testing::TestWithParam<std::wstring> {
@@ -110,7 +152,48 @@ TEST(LanguageFilesTest, AreThereForEachLanguage) {
 }
 
 TEST_P(LanguageFileTest, HasExactlyTheKeysInUse) {
-    EXPECT_THAT(keysOf(language), testing::ContainerEq(USED_KEYS));
+    EXPECT_THAT(keysOf(language, false), testing::ContainerEq(USED_KEYS));
+}
+
+TEST_P(LanguageFileTest, HasTheTextsOfTheProgramThatEnglishHas) {
+    EXPECT_THAT(keysOf(language, true), testing::ContainerEq(keysOf(english(), true)));
+}
+
+TEST(LanguageFilesTest, NameNoTextOfTheProgramThatItDoesNotLookUp) {
+    const std::string sources = sourcesOfProgram();
+    for (const auto& [section, key] : keysOf(english(), true)) {
+        EXPECT_THAT(sources, testing::HasSubstr('"' + section + '"'));
+        // A report's key is chosen by the engine that makes the report.
+        if (section != "ScanHost.Reports") {
+            EXPECT_THAT(sources, testing::HasSubstr('"' + key + '"')) << section;
+        }
+    }
+}
+
+TEST_P(LanguageFileTest, HasTheFormsOfEachCountingText) {
+    const bxutils::ResourceManager inEnglish = english();
+    for (const auto& [key, text] : language.getTexts()) {
+        const bool counts = inEnglish.getText(key.first, key.second).find('|') != std::string::npos;
+        EXPECT_EQ(formsOf(text).size(), counts ? host::countForms(host::utf8(GetParam())) : 1) << key.second;
+    }
+}
+
+TEST_P(LanguageFileTest, HasThePlaceholdersOfEnglishInEachForm) {
+    const bxutils::ResourceManager inEnglish = english();
+    for (const auto& [key, text] : language.getTexts()) {
+        const auto expected = placeholdersOf(formsOf(inEnglish.getText(key.first, key.second)).back());
+        const auto forms = formsOf(text);
+        for (const std::string& form : forms) {
+            auto names = placeholdersOf(form);
+            // "One page" needs no number.
+            if (&form == &forms.front() && forms.size() > 1 && !std::ranges::count(names, "{count}") &&
+                std::ranges::count(expected, "{count}")) {
+                names.emplace_back("{count}");
+                std::ranges::sort(names);
+            }
+            EXPECT_EQ(names, expected) << key.second << ": " << form;
+        }
+    }
 }
 
 TEST_P(LanguageFileTest, DefinesEachKeyOnce) {
@@ -136,8 +219,14 @@ TEST_P(LanguageFileTest, NamesItsLanguage) {
 
 TEST_P(LanguageFileTest, ExplainsEverySection) {
     const std::string bytes = test::readFile(path);
-    for (const char* section : {"[Language]", "[Scan]", "[Common]"})
-        EXPECT_THAT(bytes, testing::HasSubstr(std::string(section) + "\n; "));
+    std::size_t sections = 0;
+    for (std::size_t begin = bytes.find("\n["); begin != std::string::npos;
+         begin = bytes.find("\n[", begin + 1)) {
+        ++sections;
+        const std::size_t next = bytes.find('\n', begin + 1) + 1;
+        EXPECT_EQ(bytes.substr(next, 2), "; ") << bytes.substr(begin + 1, next - begin - 2);
+    }
+    EXPECT_EQ(sections, 8);
 }
 
 TEST_P(LanguageFileTest, HasNoEmptyTextAndNoBlanksAroundOne) {
@@ -177,11 +266,10 @@ TEST_P(LanguageFileTest, EndsEveryLabelWithAColon) {
 }
 
 TEST_P(LanguageFileTest, BreaksLinesWhereEnglishDoes) {
-    bxutils::ResourceManager english;
-    ASSERT_TRUE(english.loadLanguageFile(FOLDER + L"\\en.ini"));
+    const bxutils::ResourceManager inEnglish = english();
     for (const auto& [key, text] : language.getTexts())
-        EXPECT_EQ(std::count(text.begin(), text.end(), '\n'),
-                  std::ranges::count(english.getText(key.first, key.second), '\n'))
+        EXPECT_EQ(std::ranges::count(formsOf(text).back(), '\n'),
+                  std::ranges::count(formsOf(inEnglish.getText(key.first, key.second)).back(), '\n'))
             << key.second;
 }
 
