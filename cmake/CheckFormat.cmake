@@ -3,7 +3,7 @@
 get_filename_component(root "${CMAKE_CURRENT_LIST_DIR}" DIRECTORY)
 
 set(patterns)
-foreach(folder Components framework toolkit draftmail host tests bench docs samples)
+foreach(folder Components framework toolkit draftmail host examples tests bench docs samples)
     list(APPEND patterns ${folder}/*.h ${folder}/*.cpp ${folder}/*.c)
 endforeach()
 list(TRANSFORM patterns PREPEND "${root}/")

@@ -20,7 +20,7 @@ list(TRANSFORM clang_arguments PREPEND "-extra-arg=")
 add_custom_target(
     tidy
     COMMAND ${RUN_CLANG_TIDY} -quiet -p ${CMAKE_BINARY_DIR} ${clang_arguments}
-            "^${CMAKE_SOURCE_DIR}/\(Components|framework|toolkit|draftmail|host|tests|bench|docs\)/.*cpp$"
+            "^${CMAKE_SOURCE_DIR}/\(Components|framework|toolkit|draftmail|host|examples|tests|bench|docs\)/.*cpp$"
     WORKING_DIRECTORY ${CMAKE_SOURCE_DIR}
     USES_TERMINAL
     VERBATIM

@@ -1,4 +1,4 @@
-// The example of the README: its block repeats the lines between the two markers.
+// The example of the README, as it stands there.
 #include "docs/ReadmeHost.h"
 
 #include "SorvaneBase/SorvaneException.h"
@@ -14,7 +14,6 @@
 
 #include <iostream>
 
-// README: begin
 int exportScans(const std::wstring& programs, const std::wstring& scans, CWnd* window) {
     bxutils::getResourceManager()->loadLanguageFile(programs + L"\\lang\\en.ini");
     const host::TemporaryRoot temporaryFiles;
@@ -38,4 +37,3 @@ int exportScans(const std::wstring& programs, const std::wstring& scans, CWnd* w
         std::cerr << report.sourceFile << ":" << report.line << ": " << report.message << "\n";
     return result;
 }
-// README: end

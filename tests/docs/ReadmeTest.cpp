@@ -1,6 +1,7 @@
 // The README's example of a host: it works, and the README shows it as it is.
 #include "docs/ReadmeHost.h"
 
+#include "docs/Documents.h"
 #include "host/DialogPilot.h"
 #include "host/DirectoryDialogControls.h"
 #include "host/Options.h"
@@ -15,39 +16,19 @@
 
 #include <windows.h>
 
-#include <algorithm>
-
 using testing::ElementsAre;
 using testing::HasSubstr;
 
-namespace {
-
-std::string sourceFile(const std::wstring& name) {
-    std::wstring path = PROJECT_FOLDER L"/" + name;
-    std::replace(path.begin(), path.end(), L'/', L'\\');
-    return test::readFile(path);
-}
-
-std::string between(const std::string& text, const std::string& begin, const std::string& end) {
-    const std::size_t from = text.find(begin);
-    const std::size_t to = text.find(end, from + begin.size());
-    if (from == std::string::npos || to == std::string::npos)
-        return {};
-    return text.substr(from + begin.size(), to - from - begin.size());
-}
-
-} // namespace
-
 TEST(ReadmeTest, ShowsTheExampleAsItIsCompiled) {
-    const std::string example =
-        between(sourceFile(L"tests/docs/ReadmeHost.cpp"), "// README: begin\n", "// README: end\n");
-    ASSERT_THAT(example, HasSubstr("exportScans"));
+    const auto blocks = test::codeBlocks(test::projectFile(L"README.md"), "cpp");
 
-    EXPECT_EQ(between(sourceFile(L"README.md"), "```cpp\n", "```"), example);
+    ASSERT_EQ(blocks.size(), 1u);
+    EXPECT_THAT(blocks[0], HasSubstr("exportScans"));
+    EXPECT_PRED2(test::standsIn, test::projectFile(L"tests/docs/ReadmeHost.cpp"), blocks[0]);
 }
 
 TEST(ReadmeTest, ShowsTheHelpAsItIsPrinted) {
-    EXPECT_EQ(between(sourceFile(L"README.md"), "```text\n", "```"), host::helpText);
+    EXPECT_THAT(test::codeBlocks(test::projectFile(L"README.md"), "text"), ElementsAre(host::helpText));
 }
 
 TEST(ReadmeTest, ItsExampleExportsTheScansOfAFolder) {

@@ -3,8 +3,6 @@
 
 #include <gtest/gtest.h>
 
-#include <windows.h>
-
 namespace {
 
 constexpr DWORD deadlineInMs = 60'000;
@@ -66,7 +64,8 @@ private:
 
 } // namespace
 
-ChildResult runProgram(const std::wstring& program, const std::vector<std::wstring>& arguments) {
+ChildResult runProgram(const std::wstring& program, const std::vector<std::wstring>& arguments,
+                       const std::function<void(DWORD processId)>& meanwhile) {
     const std::wstring file = program.find(L':') == std::wstring::npos ? folderOfTests() + program : program;
     std::wstring commandLine = quoted(file);
     for (const std::wstring& argument : arguments)
@@ -85,6 +84,8 @@ ChildResult runProgram(const std::wstring& program, const std::vector<std::wstri
 
     ChildResult result;
     if (started) {
+        if (meanwhile)
+            meanwhile(process.dwProcessId);
         if (WaitForSingleObject(process.hProcess, deadlineInMs) != WAIT_OBJECT_0) {
             ADD_FAILURE() << "the program did not end";
             TerminateProcess(process.hProcess, 1);
