@@ -1,5 +1,5 @@
 # The target "dist": a portable ZIP of the program folder, dist/BasicExport-VERSION-win64.zip in the build folder.
-set(program_targets scanexport BasicExport DraftMail BXImage SorvaneBase SorvaneCommon toolkit)
+get_property(program_targets GLOBAL PROPERTY shipped_targets)
 set(program_files ${runtime_libraries})
 foreach(target IN LISTS program_targets)
     list(APPEND program_files $<TARGET_FILE:${target}>)

@@ -132,7 +132,8 @@ def archive(context):
     bar(context, GREEN["edge"], 11, 17, 2, 2)
 
 
-for number, size, draw in ((169, 32, directory), (170, 32, mail), (171, 24, archive)):
-    surface = cairo.ImageSurface(cairo.FORMAT_ARGB32, size, size)
-    draw(cairo.Context(surface))
-    surface.write_to_png(str(HERE / f"{number}.png"))
+if __name__ == "__main__":
+    for number, size, draw in ((169, 32, directory), (170, 32, mail), (171, 24, archive)):
+        surface = cairo.ImageSurface(cairo.FORMAT_ARGB32, size, size)
+        draw(cairo.Context(surface))
+        surface.write_to_png(str(HERE / f"{number}.png"))
