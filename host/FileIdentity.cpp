@@ -2,7 +2,6 @@
 #include "host/FileIdentity.h"
 
 #include "SorvaneBase/bxdisk/File.h"
-#include "host/UniqueHandle.h"
 
 #include <windows.h>
 
@@ -17,17 +16,6 @@ UniqueHandle openToLook(const std::wstring& path) {
                                     OPEN_EXISTING, FILE_FLAG_BACKUP_SEMANTICS, nullptr));
 }
 
-std::optional<FileIdentity> identityOf(const UniqueHandle& file) {
-    FILE_ID_INFO info;
-    if (!file || !GetFileInformationByHandleEx(file.get(), FileIdInfo, &info, sizeof info))
-        return std::nullopt;
-    FileIdentity identity;
-    identity.volume = info.VolumeSerialNumber;
-    static_assert(sizeof info.FileId == sizeof identity.id);
-    std::memcpy(identity.id.data(), &info.FileId, sizeof info.FileId);
-    return identity;
-}
-
 std::array<LONGLONG, 4> timesAndAttributes(const UniqueHandle& file) {
     FILE_BASIC_INFO info{};
     GetFileInformationByHandleEx(file.get(), FileBasicInfo, &info, sizeof info);
@@ -39,6 +27,17 @@ std::array<LONGLONG, 4> timesAndAttributes(const UniqueHandle& file) {
 
 std::optional<FileIdentity> identityOf(const std::wstring& path) {
     return identityOf(openToLook(path));
+}
+
+std::optional<FileIdentity> identityOf(const UniqueHandle& file) {
+    FILE_ID_INFO info;
+    if (!file || !GetFileInformationByHandleEx(file.get(), FileIdInfo, &info, sizeof info))
+        return std::nullopt;
+    FileIdentity identity;
+    identity.volume = info.VolumeSerialNumber;
+    static_assert(sizeof info.FileId == sizeof identity.id);
+    std::memcpy(identity.id.data(), &info.FileId, sizeof info.FileId);
+    return identity;
 }
 
 bool isSameFile(const std::wstring& path, const std::wstring& otherPath) {

@@ -1,6 +1,8 @@
 // Tells whether two paths lead to one file, whatever they look like.
 #pragma once
 
+#include "host/UniqueHandle.h"
+
 #include <array>
 #include <cstdint>
 #include <optional>
@@ -25,6 +27,8 @@ struct FileIdentity {
 /// The identity of the file or folder at the path, links followed; none when there is nothing or it cannot be
 /// looked at.
 std::optional<FileIdentity> identityOf(const std::wstring& path);
+/// The same of a file or folder that is open.
+std::optional<FileIdentity> identityOf(const UniqueHandle& file);
 
 /// Whether both paths lead to one existing file or folder.
 bool isSameFile(const std::wstring& path, const std::wstring& otherPath);

@@ -13,33 +13,33 @@
 namespace host {
 namespace {
 
-[[noreturn]] void refuse(const std::wstring& path, const std::string& reason) {
-    throw HostError("The page " + utf8(path) + " cannot be exported: " + reason + ".");
+[[noreturn]] void refuse(const std::wstring& path, DWORD error) {
+    throw FileError("The page " + utf8(path) + " cannot be exported", error);
 }
 
 } // namespace
 
-void checkPageFile(const std::wstring& path) {
-    const std::wstring openable = bxdisk::File(path).getPath();
-    const DWORD attributes = GetFileAttributesW(openable.c_str());
-    if (attributes == INVALID_FILE_ATTRIBUTES)
-        refuse(path, reasonFor(GetLastError()));
-    if (attributes & FILE_ATTRIBUTE_DIRECTORY)
-        refuse(path, "it is a folder");
-    const UniqueHandle file(CreateFileW(openable.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE,
-                                        nullptr, OPEN_EXISTING, 0, nullptr));
+PageFile checkPageFile(const std::wstring& path) {
+    // With this flag a folder opens too, and is told from a file that may not be read.
+    const UniqueHandle file(CreateFileW(bxdisk::File(path).getPath().c_str(), GENERIC_READ,
+                                        FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
+                                        FILE_FLAG_BACKUP_SEMANTICS, nullptr));
     if (!file)
-        refuse(path, reasonFor(GetLastError()));
+        refuse(path, GetLastError());
     if (GetFileType(file.get()) != FILE_TYPE_DISK)
-        refuse(path, "it is not a file but a device");
-    LARGE_INTEGER size{};
-    GetFileSizeEx(file.get(), &size);
-    if (size.QuadPart == 0)
-        refuse(path, "it is empty");
+        refuse(path, ERROR_BAD_FILE_TYPE);
+    FILE_BASIC_INFO info{};
+    GetFileInformationByHandleEx(file.get(), FileBasicInfo, &info, sizeof info);
+    if (info.FileAttributes & FILE_ATTRIBUTE_DIRECTORY)
+        refuse(path, ERROR_DIRECTORY_NOT_SUPPORTED);
+    // A size alone does not show that somebody has locked the bytes.
     char first = 0;
     DWORD count = 0;
     if (!ReadFile(file.get(), &first, 1, &count, nullptr))
-        refuse(path, reasonFor(GetLastError()));
+        refuse(path, GetLastError());
+    if (count == 0)
+        refuse(path, ERROR_HANDLE_EOF);
+    return {identityOf(file).value_or(FileIdentity{}), info.LastWriteTime.QuadPart};
 }
 
 FileFolder::FileFolder(std::wstring path) : folderPath(std::move(path)) {
@@ -56,10 +56,7 @@ const wchar_t* FileFolder::getFolderName() const {
 }
 
 FilePage::FilePage(std::wstring path, std::shared_ptr<FileFolder> folder, PageWatcher* watcher)
-    : filePath(std::move(path)), folder(std::move(folder)), watcher(watcher) {
-    checkPageFile(filePath);
-    fileIdentity = identityOf(filePath).value_or(FileIdentity{});
-}
+    : filePath(std::move(path)), folder(std::move(folder)), watcher(watcher), file(checkPageFile(filePath)) {}
 
 std::wstring FilePage::fileName() const {
     return filePath.substr(filePath.find_last_of(L'\\') + 1);
@@ -74,10 +71,10 @@ void FilePage::getFileName(Sorvane::u8string& name) {
 bool FilePage::getFilePath(std::wstring& path) {
     if (watcher)
         watcher->pageAsked(*this);
-    const bxdisk::File file(filePath);
-    if (!file.exists())
+    const bxdisk::File data(filePath);
+    if (!data.exists())
         return false;
-    path = file.getPath();
+    path = data.getPath();
     return true;
 }
 

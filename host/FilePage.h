@@ -14,6 +14,17 @@ namespace host {
 
 class FilePage;
 
+/// What a look at a page's file gave.
+struct PageFile {
+    FileIdentity identity;
+    /// When it was last written to, as a FILETIME counts.
+    LONGLONG written = 0;
+};
+
+/// Looks a file over as a page. Throws FileError, with the file's path and what is wrong with it, when it does not
+/// exist, is a folder or a device, is empty or cannot be read.
+PageFile checkPageFile(const std::wstring& path);
+
 /// The folder that a page's file lies in, by the last part of its path; nameless for the root of a drive.
 class FileFolder : public ExportFolder {
 public:
@@ -44,8 +55,7 @@ protected:
 /// A file that vanishes after the page has been made is reported when the engine asks for it.
 class FilePage : public ExportDataItem {
 public:
-    /// Looks the file over. Throws HostError, with the file's path and what is wrong with it, when it does not
-    /// exist, is a folder, is empty or cannot be read.
+    /// Looks the file over, and throws FileError as checkPageFile() does.
     /// @param path     the full path
     /// @param folder   the folder it lies in; pages of one folder share it
     /// @param watcher  not owned; must outlive the page's use; may be null
@@ -60,18 +70,17 @@ public:
     std::wstring fileName() const;
     const FileFolder& parentFolder() const noexcept { return *folder; }
     /// The identity that the file had when it was looked over.
-    const FileIdentity& identity() const noexcept { return fileIdentity; }
+    const FileIdentity& identity() const noexcept { return file.identity; }
+    /// When it had last been written to then.
+    LONGLONG written() const noexcept { return file.written; }
 
 private:
     std::wstring filePath;
     std::shared_ptr<FileFolder> folder;
     PageWatcher* watcher;
-    FileIdentity fileIdentity;
+    PageFile file;
 };
 
 using FilePages = std::vector<bxbase::Reference<FilePage>>;
-
-/// Looks a file over as a page. Throws HostError as FilePage's constructor does.
-void checkPageFile(const std::wstring& path);
 
 } // namespace host

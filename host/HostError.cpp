@@ -29,6 +29,12 @@ Sorvane::u8string reasonFor(DWORD error) {
         return "its drive is not there";
     case ERROR_DIRECTORY:
         return "it is not a folder";
+    case ERROR_DIRECTORY_NOT_SUPPORTED:
+        return "it is a folder";
+    case ERROR_BAD_FILE_TYPE:
+        return "it is not a file but a device";
+    case ERROR_HANDLE_EOF:
+        return "it is empty";
     default:
         return "Windows reports error " + std::to_string(error);
     }

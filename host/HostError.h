@@ -7,7 +7,16 @@
 
 #include <stdexcept>
 
+// The compiler's headers lack it.
+#ifndef ERROR_DIRECTORY_NOT_SUPPORTED
+#define ERROR_DIRECTORY_NOT_SUPPORTED 336L
+#endif
+
 namespace host {
+
+/// Why a file operation failed, as the second half of a sentence ("another program is using it").
+/// @param error  the code that GetLastError() gave
+Sorvane::u8string reasonFor(DWORD error);
 
 /// Something the host cannot do. what() is one English sentence in UTF-8 that names the file concerned and is
 /// meant for the person at the program.
@@ -16,14 +25,24 @@ public:
     using std::runtime_error::runtime_error;
 };
 
+/// A file or folder that the host cannot use, and why.
+class FileError : public HostError {
+public:
+    /// @param failure  what cannot be done, as the first half of a sentence; reasonFor() the code is the other
+    /// @param code     the code that GetLastError() gave
+    FileError(const std::string& failure, DWORD code)
+        : HostError(failure + ": " + reasonFor(code) + "."), errorCode(code) {}
+
+    DWORD code() const noexcept { return errorCode; }
+
+private:
+    DWORD errorCode;
+};
+
 /// A command line that asks for something that does not exist or contradicts itself.
 class UsageError : public HostError {
 public:
     using HostError::HostError;
 };
-
-/// Why a file operation failed, as the second half of a sentence ("another program is using it").
-/// @param error  the code that GetLastError() gave
-Sorvane::u8string reasonFor(DWORD error);
 
 } // namespace host
