@@ -3,11 +3,13 @@
 
 #include "SorvaneBase/SorvaneException.h"
 #include "SorvaneBase/bxdisk/File.h"
+#include "bxbase/ReferencedImpl.h"
 #include "host/HostError.h"
 #include "host/TemporaryRoot.h"
 #include "host/Text.h"
 #include "host/UniqueHandle.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace host {
@@ -95,6 +97,14 @@ bool FilePage::createDataCopy(std::wstring& path, SorvaneException& error) {
     }
     error.reportError("host/FilePage", __LINE__, utf8(filePath) + " cannot be copied: " + reasonFor(reason));
     return false;
+}
+
+bxbase::Reference<FilePage> PageMaker::make(const std::wstring& path) {
+    const std::wstring parent = path.substr(0, std::min(path.size(), path.find_last_of(L'\\')));
+    auto& folder = folders[parent];
+    if (!folder)
+        folder = std::make_shared<FileFolder>(parent);
+    return bxbase::Reference<FilePage>(new bxbase::ReferencedImpl<FilePage>(path, folder, watcher));
 }
 
 } // namespace host

@@ -6,6 +6,7 @@
 #include "bxbase/Reference.h"
 #include "host/FileIdentity.h"
 
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -82,5 +83,20 @@ private:
 };
 
 using FilePages = std::vector<bxbase::Reference<FilePage>>;
+
+/// Makes pages, of which those in one folder share it.
+class PageMaker {
+public:
+    /// @param watcher  given to each page; not owned; may be null
+    explicit PageMaker(PageWatcher* watcher) : watcher(watcher) {}
+
+    /// Throws FileError as FilePage's constructor does.
+    /// @param path  the full path
+    bxbase::Reference<FilePage> make(const std::wstring& path);
+
+private:
+    PageWatcher* watcher;
+    std::map<std::wstring, std::shared_ptr<FileFolder>> folders;
+};
 
 } // namespace host

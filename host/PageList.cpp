@@ -2,41 +2,21 @@
 #include "host/PageList.h"
 
 #include "SorvaneBase/bxdisk/File.h"
-#include "SorvaneCommon/ExportUtils/Extension.h"
-#include "bxbase/ReferencedImpl.h"
 #include "host/CommandLinePath.h"
+#include "host/FolderFiles.h"
 #include "host/HostError.h"
 #include "host/Text.h"
 #include "host/UniqueHandle.h"
 
-#include <shlwapi.h>
-
 #include <algorithm>
-#include <map>
 #include <utility>
 
 namespace host {
 namespace {
 
-constexpr std::wstring_view pageExtensions[] = {L"bmp", L"gif", L"jp2", L"jpe", L"jpeg",
-                                                L"jpg", L"pdf", L"png", L"tif", L"tiff"};
-
-bool looksLikePage(const std::wstring& name) {
-    const std::wstring extension = wide(ExportUtils::getExtension(utf8(name)));
-    return std::any_of(std::begin(pageExtensions), std::end(pageExtensions), [&](std::wstring_view known) {
-        return CompareStringOrdinal(extension.data(), static_cast<int>(extension.size()), known.data(),
-                                    static_cast<int>(known.size()), TRUE) == CSTR_EQUAL;
-    });
-}
-
-bool comesBefore(const std::wstring& a, const std::wstring& b) {
-    const int order = StrCmpLogicalW(a.c_str(), b.c_str());
-    return order ? order < 0 : a < b;
-}
-
 class PageCollector {
 public:
-    explicit PageCollector(PageWatcher* watcher) : watcher(watcher) {}
+    explicit PageCollector(PageWatcher* watcher) : maker(watcher) {}
 
     void addArgument(const std::wstring& argument) {
         if (argument.starts_with(L"@"))
@@ -50,47 +30,22 @@ public:
     PageList list;
 
 private:
-    void addFile(const std::wstring& path) {
-        const std::wstring folder = path.substr(0, std::min(path.size(), path.find_last_of(L'\\')));
-        auto& shared = folders[folder];
-        if (!shared)
-            shared = std::make_shared<FileFolder>(folder);
-        list.pages.emplace_back(new bxbase::ReferencedImpl<FilePage>(path, shared, watcher));
-    }
+    void addFile(const std::wstring& path) { list.pages.push_back(maker.make(path)); }
 
-    void addFolder(std::wstring folder) {
-        if (folder.ends_with(L'\\'))
-            folder.pop_back();
-        std::vector<std::wstring> names;
-        std::vector<std::wstring> others;
-        WIN32_FIND_DATAW entry;
-        HANDLE search = FindFirstFileW((bxdisk::File(folder).getPath() + L"\\*").c_str(), &entry);
-        if (search == INVALID_HANDLE_VALUE)
-            throw HostError("The folder " + utf8(folder) + " cannot be read: " + reasonFor(GetLastError()) +
-                            ".");
-        do {
-            constexpr DWORD leftAlone =
-                FILE_ATTRIBUTE_DIRECTORY | FILE_ATTRIBUTE_HIDDEN | FILE_ATTRIBUTE_SYSTEM;
-            if (!(entry.dwFileAttributes & leftAlone))
-                (looksLikePage(entry.cFileName) ? names : others).emplace_back(entry.cFileName);
-        } while (FindNextFileW(search, &entry));
-        FindClose(search);
-
-        if (names.empty())
+    void addFolder(const std::wstring& folder) {
+        const FolderFiles files = filesOfFolder(folder);
+        if (files.pages.empty())
             throw HostError("The folder " + utf8(folder) + " holds no pages (images or PDF files).");
-        // A comparison that is the system's may contradict itself; a stable sort bears it.
-        std::stable_sort(names.begin(), names.end(), comesBefore);
-        remarkOn(folder, others);
-        folder += L'\\';
-        for (const std::wstring& name : names)
-            addFile(folder + name);
+        remarkOn(folder, files.others);
+        for (const std::wstring& file : files.pages)
+            addFile(file);
     }
 
-    void remarkOn(const std::wstring& folder, std::vector<std::wstring>& leftOut) {
+    void remarkOn(const std::wstring& folder, const std::vector<std::wstring>& leftOut) {
         if (leftOut.empty())
             return;
-        std::stable_sort(leftOut.begin(), leftOut.end(), comesBefore);
-        std::string remark = "Left out of " + utf8(folder) + ", neither image nor PDF: " + utf8(leftOut[0]);
+        const std::wstring first = leftOut[0].substr(leftOut[0].find_last_of(L'\\') + 1);
+        std::string remark = "Left out of " + utf8(folder) + ", neither image nor PDF: " + utf8(first);
         if (leftOut.size() > 1)
             remark += " and " + std::to_string(leftOut.size() - 1) + " more";
         list.remarks.push_back(remark + ".");
@@ -127,15 +82,14 @@ private:
         while (ok && (ok = ReadFile(file.get(), buffer, sizeof buffer, &count, nullptr)) && count)
             text.append(buffer, count);
         if (!ok)
-            throw HostError("The list " + utf8(path) + " cannot be read: " + reasonFor(GetLastError()) + ".");
+            throw FileError("The list " + utf8(path) + " cannot be read", GetLastError());
         constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
         if (text.starts_with(byteOrderMark))
             text.erase(0, byteOrderMark.size());
         return text;
     }
 
-    PageWatcher* watcher;
-    std::map<std::wstring, std::shared_ptr<FileFolder>> folders;
+    PageMaker maker;
 };
 
 } // namespace
