@@ -1,0 +1,110 @@
+// Adds many files without keeping the window from its work.
+#include "host/desktop/PageAdder.h"
+
+#include "SorvaneBase/bxdisk/File.h"
+#include "host/FolderFiles.h"
+#include "host/HostError.h"
+
+#include <algorithm>
+#include <chrono>
+#include <utility>
+
+namespace host {
+namespace {
+
+// Hardly felt as a delay of what the person does meanwhile.
+constexpr std::chrono::milliseconds slice{30};
+
+} // namespace
+
+PageAdder::PageAdder(PageCollection& pages, std::function<void(std::size_t)> whenAdded,
+                     std::function<void(std::vector<LeftOut>)> whenDone)
+    : pages(pages), whenAdded(std::move(whenAdded)), whenDone(std::move(whenDone)),
+      timer([this] { addSome(); }) {}
+
+void PageAdder::add(std::vector<std::wstring> filesAndFolders, std::size_t position) {
+    Job job;
+    job.paths.assign(std::move_iterator(filesAndFolders.begin()), std::move_iterator(filesAndFolders.end()));
+    if (position < pages.size())
+        job.before = pages[position];
+    job.position = position;
+    jobs.push_back(std::move(job));
+    timer.startCalls();
+}
+
+std::size_t PageAdder::waiting() const noexcept {
+    std::size_t count = 0;
+    for (const Job& job : jobs)
+        count += job.paths.size() + job.files.size();
+    return count;
+}
+
+void PageAdder::stop() {
+    jobs.clear();
+    finish();
+}
+
+void PageAdder::addSome() {
+    const auto end = std::chrono::steady_clock::now() + slice;
+    std::size_t added = 0;
+    while (!jobs.empty() && std::chrono::steady_clock::now() < end)
+        added += addNext();
+    if (added)
+        whenAdded(added);
+    if (jobs.empty())
+        finish();
+}
+
+std::size_t PageAdder::addNext() {
+    Job& job = jobs.front();
+    std::size_t added = 0;
+    if (!job.files.empty()) {
+        job.position = currentPosition(job);
+        added = pages.insert(job.position, {job.files.front()}, leftOut);
+        job.position += added;
+        job.files.pop_front();
+    } else if (!job.paths.empty()) {
+        openNextPath(job);
+    } else {
+        jobs.pop_front();
+    }
+    return added;
+}
+
+void PageAdder::openNextPath(Job& job) {
+    const std::wstring path = std::move(job.paths.front());
+    job.paths.pop_front();
+    if (!bxdisk::File(path).isDirectory()) {
+        job.files.push_back(path);
+        return;
+    }
+    try {
+        const FolderFiles found = filesOfFolder(path);
+        job.files.assign(found.pages.begin(), found.pages.end());
+        for (const std::wstring& other : found.others)
+            leftOut.push_back({LeftOut::Why::NoPage, other, ERROR_SUCCESS});
+        if (found.pages.empty())
+            leftOut.push_back({LeftOut::Why::NoPages, path, ERROR_SUCCESS});
+    } catch (const FileError& error) {
+        leftOut.push_back({LeftOut::Why::Unreadable, path, error.code()});
+    }
+}
+
+std::size_t PageAdder::currentPosition(const Job& job) const {
+    if (!job.before)
+        return pages.size();
+    if (job.position < pages.size() && pages[job.position] == job.before)
+        return job.position;
+    const auto found = std::ranges::find(pages.pages(), job.before);
+    return found == pages.pages().end() ? std::min(job.position, pages.size())
+                                        : static_cast<std::size_t>(found - pages.pages().begin());
+}
+
+void PageAdder::finish() {
+    if (!timer.isCalling())
+        return;
+    timer.stopCalls();
+    whenDone(std::exchange(leftOut, {}));
+}
+
+} // namespace host

@@ -1,0 +1,67 @@
+// Adds many files without keeping the window from its work.
+#pragma once
+
+#include "host/desktop/CallbackWindow.h"
+#include "host/desktop/PageCollection.h"
+
+#include <cstddef>
+#include <deque>
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace host {
+
+/// Adds files and the pages of folders to a collection, for a short time again and again: in between, the thread's
+/// message loop, whoever's it is, handles what else there is.
+///
+/// The collection may be changed meanwhile. What is being added goes before the page that stood at its position, and
+/// once that one is gone, to where it was last.
+///
+/// Thread: the user-interface thread. The callbacks come from its message loop or from stop().
+class PageAdder {
+public:
+    /// @param pages      not owned; outlives the adder
+    /// @param whenAdded  comes each time that some pages have been added, with how many
+    /// @param whenDone   comes with all that was left out when everything that add() was given, in however many calls,
+    ///                   has been dealt with. May show a dialog, and may add.
+    PageAdder(PageCollection& pages, std::function<void(std::size_t added)> whenAdded,
+              std::function<void(std::vector<LeftOut> leftOut)> whenDone);
+
+    /// Starts adding, behind what is being added already. A folder stands for the images and PDF files directly in
+    /// it, sorted as people count; a file is taken whatever its type.
+    /// @param filesAndFolders  full paths
+    /// @param position         before which page, or the end
+    void add(std::vector<std::wstring> filesAndFolders, std::size_t position);
+
+    bool isAdding() const noexcept { return timer.isCalling(); }
+    /// How many files wait, where a folder that has not been looked into counts as one.
+    std::size_t waiting() const noexcept;
+
+    /// Forgets what waits, and if anything was being added, calls whenDone.
+    void stop();
+
+private:
+    /// What one call of add() asked for.
+    struct Job {
+        std::deque<std::wstring> paths; ///< of files and folders
+        std::deque<std::wstring> files; ///< those of the first of them, which is no longer among the paths
+        bxbase::Reference<FilePage> before; ///< null for the end
+        std::size_t position = 0;           ///< where that was last
+    };
+
+    void addSome();
+    std::size_t addNext();
+    void openNextPath(Job& job);
+    std::size_t currentPosition(const Job& job) const;
+    void finish();
+
+    PageCollection& pages;
+    std::function<void(std::size_t)> whenAdded;
+    std::function<void(std::vector<LeftOut>)> whenDone;
+    std::deque<Job> jobs;
+    std::vector<LeftOut> leftOut;
+    CallbackWindow timer;
+};
+
+} // namespace host

@@ -1,0 +1,72 @@
+// The pages that the person has put together, in the order of their export.
+#pragma once
+
+#include "host/FilePage.h"
+
+#include <windows.h>
+
+#include <cstddef>
+#include <string>
+#include <vector>
+
+namespace host {
+
+/// A file or folder that was to be added and was not.
+struct LeftOut {
+    enum class Why {
+        NoPage,     ///< a folder's file that is neither an image nor a PDF file
+        NoPages,    ///< a folder that holds none of these
+        Unreadable, ///< a file or folder of which `error` tells why it cannot be used, as FileError does
+    };
+
+    Why why = Why::Unreadable;
+    std::wstring path;
+    DWORD error = ERROR_SUCCESS;
+};
+
+enum class PageOrder {
+    Name, ///< folders by their paths, the pages of each by their names, both as people count
+    Date, ///< the page that was written first comes first, whatever its folder; those of one moment by name
+};
+
+/// A list of pages, each of which is a file of its own or the same as others'. Nobody is told of changes: who makes
+/// them knows. Positions lie before a page, or at the end.
+///
+/// Thread: the user-interface thread.
+class PageCollection {
+public:
+    /// @param watcher  given to each page; not owned; may be null
+    explicit PageCollection(PageWatcher* watcher) : maker(watcher) {}
+
+    std::size_t size() const noexcept { return list.size(); }
+    const bxbase::Reference<FilePage>& operator[](std::size_t index) const { return list[index]; }
+
+    /// All pages, as an export takes them.
+    const FilePages& pages() const noexcept { return list; }
+    FilePages pages(const std::vector<std::size_t>& indices) const;
+
+    /// Looks each file over, of whatever type, and puts those that can be read before the page at the position, in
+    /// the order given; the others are appended to what was left out. Waits for the disk: PageAdder takes it a file
+    /// at a time.
+    /// @param position  not beyond the end
+    /// @param files     full paths
+    /// @return how many pages were added
+    std::size_t insert(std::size_t position, const std::vector<std::wstring>& files,
+                       std::vector<LeftOut>& leftOut);
+
+    /// @param indices  in ascending order, each once
+    void remove(const std::vector<std::size_t>& indices);
+
+    /// Puts pages, which need not be neighbours, one behind the other before the page that is now at the position.
+    /// @param indices  in ascending order, each once
+    /// @return where the pages are now
+    std::vector<std::size_t> move(const std::vector<std::size_t>& indices, std::size_t position);
+
+    void sort(PageOrder order);
+
+private:
+    PageMaker maker;
+    FilePages list;
+};
+
+} // namespace host
