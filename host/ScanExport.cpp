@@ -3,7 +3,6 @@
 
 #include "BXImage/Image.h"
 #include "SorvaneBase/bxdisk/File.h"
-#include "SorvaneBase/bxutils/ResourceManager.h"
 #include "SorvaneCommon/ExportEngine.h"
 #include "afxwin.h"
 #include "host/ComponentModule.h"
@@ -39,16 +38,9 @@ constexpr wchar_t programName[] = L"scanexport";
 
 void loadLanguage(const Options& options, const Surroundings& surroundings) {
     const std::wstring& folder = surroundings.programFolder;
-    const std::wstring language =
-        options.language.value_or(preferredLanguage(folder, surroundings.uiLanguage));
-    const bool isCode =
-        std::ranges::all_of(language, [](wchar_t c) { return (c >= L'a' && c <= L'z') || c == L'-'; });
-    const std::wstring file = languageFile(folder, language);
-    if (options.language && (!isCode || !bxdisk::File(file).exists()))
-        throw UsageError("There is no language \"" + utf8(language) + "\".");
-    if (!bxutils::getResourceManager()->loadLanguageFile(file))
-        throw HostError("The language file " + utf8(file) + " cannot be read.");
-    setThreadLanguage(language);
+    if (options.language && !isLanguageOffered(folder, *options.language))
+        throw UsageError("There is no language \"" + utf8(*options.language) + "\".");
+    useLanguage(folder, options.language.value_or(preferredLanguage(folder, surroundings.uiLanguage)));
 }
 
 /// A message box of the component, answered in the way that changes nothing.
