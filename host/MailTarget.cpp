@@ -7,6 +7,7 @@
 #include "SorvaneCommon/Application.h"
 #include "host/HostError.h"
 #include "host/MailDialogControls.h"
+#include "host/MailLimit.h"
 #include "host/Text.h"
 
 #include <afxwin.h>
@@ -18,8 +19,6 @@ namespace host {
 namespace {
 
 using namespace mailDialog;
-
-constexpr char maxSizeKey[] = "Export.ToMail.MaxTotalSizeInKb";
 
 // What the engine reports.
 constexpr char noLibrary[] = "Failed to initialize mail";
@@ -44,7 +43,7 @@ bool isPrompt(HWND window, UINT textId) {
 /// The limit that the engine keeps to. From 2 GiB on it differs from the setting.
 int limitInKb() {
     std::string text;
-    SorvaneCommon::GetApplication()->getSettingsStore()->read(maxSizeKey, text);
+    SorvaneCommon::GetApplication()->getSettingsStore()->read(mailLimitKey, text);
     bool isNumber = false;
     const auto kb = static_cast<std::uint32_t>(Sorvane::string2Int(text, isNumber));
     return static_cast<std::int32_t>(kb << 10) / 1024;
@@ -83,7 +82,7 @@ const char* MailTarget::factoryId() const {
 SettingValues MailTarget::settings() const {
     if (!options.maxSizeInKb)
         return {};
-    return {{maxSizeKey, std::to_string(*options.maxSizeInKb)}};
+    return {{mailLimitKey, std::to_string(*options.maxSizeInKb)}};
 }
 
 int MailTarget::tellingControl() const {
