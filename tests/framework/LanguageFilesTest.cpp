@@ -123,7 +123,7 @@ std::vector<std::string> formsOf(const std::string& text) {
 }
 
 std::string sourcesOfProgram() {
-    const std::wstring folder = FOLDER + L"\\..\\desktop";
+    const std::wstring folder = FOLDER.substr(0, FOLDER.find_last_of(L'\\')) + L"\\desktop";
     std::string sources;
     for (const std::wstring& name : test::namesIn(folder))
         if (name.ends_with(L".cpp") || name.ends_with(L".h"))
