@@ -25,6 +25,7 @@ struct Binary {
 };
 
 constexpr Binary BINARIES[] = {
+    {"ScanHost.exe", "ScanHost", true},
     {"scanexport.exe", "Exports scanned pages from the command line", true},
     {"BasicExport.dll", "Export to directory, ZIP and e-mail", false},
     {"DraftMail.dll", "Mail client that leaves each message as a draft", false},
