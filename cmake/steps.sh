@@ -7,7 +7,7 @@ root=$(dirname "$(dirname "$(realpath "${BASH_SOURCE[0]}")")")
 packages_to_run=(cmake ninja-build g++-mingw-w64-x86-64-posix wine wine64 fonts-wine fonts-liberation unzip python3)
 packages_to_test=(
     "${packages_to_run[@]}" googletest clang clang-format
-    libz-mingw-w64-dev p7zip-full libarchive-tools
+    libz-mingw-w64-dev p7zip-full libarchive-tools nsis
 )
 
 # say TEXT: for the person; standard output belongs to what is run.
