@@ -12,7 +12,6 @@
 namespace draftmail {
 namespace {
 
-constexpr wchar_t clientName[] = L"DraftMail";
 constexpr wchar_t dllPathValue[] = L"DLLPath";
 /// Its existence tells our key from another client's.
 constexpr wchar_t beforeKey[] = L"Before";
@@ -207,6 +206,12 @@ template <typename Action> LSTATUS statusOf(const Action& action) {
 ClientsKey ClientsKey::ofThisSystem() {
     const bool isWine = GetProcAddress(GetModuleHandleW(L"ntdll.dll"), "wine_get_version") != nullptr;
     return {isWine ? HKEY_LOCAL_MACHINE : HKEY_CURRENT_USER, L"Software\\Clients\\Mail"};
+}
+
+bool isDraftMailRegistered(const ClientsKey& clients) {
+    HKEY key = nullptr;
+    const std::wstring path = below(below(clients.path, clientName), beforeKey);
+    return RegOpenKeyExW(clients.root, path.c_str(), 0, KEY_READ, &key) == ERROR_SUCCESS && Key(key);
 }
 
 LSTATUS registerDraftMail(const ClientsKey& clients, const std::wstring& dllPath) {

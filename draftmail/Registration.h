@@ -14,6 +14,9 @@
 
 namespace draftmail {
 
+/// The name that it is registered by.
+inline constexpr wchar_t clientName[] = L"DraftMail";
+
 /// Where mail clients are registered. The key need not exist.
 struct ClientsKey {
     HKEY root;
@@ -23,6 +26,10 @@ struct ClientsKey {
     /// computer's under Wine, which knows no other.
     static ClientsKey ofThisSystem();
 };
+
+/// Whether DraftMail is registered, be it the one that is called or not; a client of that name that is not this one
+/// does not count.
+bool isDraftMailRegistered(const ClientsKey& clients);
 
 /// Makes DraftMail the registered client, remembering below its own key what was there before. Registering again
 /// only changes the path, or makes it the client again when another took its place. After a failure everything is

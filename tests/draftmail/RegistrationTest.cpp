@@ -67,6 +67,17 @@ TEST_F(RegistrationTest, NamesTheDllAndMakesItTheClient) {
     EXPECT_EQ(readValue(own, L""), text(L"DraftMail"));
 }
 
+TEST_F(RegistrationTest, IsSeenAsLongAsItLasts) {
+    writeValue(own, L"DLLPath", text(L"C:\\another.dll"));
+    EXPECT_FALSE(draftmail::isDraftMailRegistered(clients));
+    RegDeleteTreeW(HKEY_CURRENT_USER, own.c_str());
+    ASSERT_EQ(registerIt(), ERROR_SUCCESS);
+    writeDefault(text(L"Newer"));
+    EXPECT_TRUE(draftmail::isDraftMailRegistered(clients));
+    ASSERT_EQ(unregister(), ERROR_SUCCESS);
+    EXPECT_FALSE(draftmail::isDraftMailRegistered(clients));
+}
+
 TEST_F(RegistrationTest, LeavesNoKeyWhereThereWasNone) {
     ASSERT_EQ(registerIt(), ERROR_SUCCESS);
     ASSERT_EQ(unregister(), ERROR_SUCCESS);
