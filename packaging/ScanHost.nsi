@@ -189,11 +189,6 @@ SectionEnd
 Function .onInit
     !insertmacro ReadOptions
     ReadRegStr $OlderFolder HKCU "${UNINSTALL_KEY}" InstallLocation
-    ; NSIS ends a folder from the registry with it.
-    StrCpy $R1 $INSTDIR 1 -1
-    ${If} $R1 == "\"
-        StrCpy $INSTDIR $INSTDIR -1
-    ${EndIf}
     ClearErrors
     ${GetOptions} $R0 "/SENDTO" $R1
     ${IfNot} ${Errors}
