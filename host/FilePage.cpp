@@ -73,6 +73,8 @@ void FilePage::getFileName(Sorvane::u8string& name) {
 bool FilePage::getFilePath(std::wstring& path) {
     if (watcher)
         watcher->pageAsked(*this);
+    if (watcher && !watcher->mayGiveData())
+        return false;
     const bxdisk::File data(filePath);
     if (!data.exists())
         return false;
@@ -81,6 +83,10 @@ bool FilePage::getFilePath(std::wstring& path) {
 }
 
 bool FilePage::createDataCopy(std::wstring& path, SorvaneException& error) {
+    if (watcher && !watcher->mayGiveData()) {
+        error.reportError("host/FilePage", __LINE__, utf8(filePath) + " is withheld: the export was stopped");
+        return false;
+    }
     DWORD reason = ERROR_SUCCESS;
     std::wstring directory;
     if (createPageCopyDirectory(directory)) {

@@ -47,6 +47,9 @@ public:
     /// The engine asks for the page's data or for the name of their form. Comes more than once for a page.
     virtual void pageAsked(const FilePage& page) = 0;
 
+    /// Whether the page may give its data. A page that may not has none for the engine, which then fails.
+    virtual bool mayGiveData() { return true; }
+
 protected:
     ~PageWatcher() = default;
 };

@@ -14,6 +14,15 @@
 
 namespace host {
 
+/// Why a file operation failed, where that is one of the usual reasons.
+struct FileReason {
+    const char* textKey = nullptr; ///< of a sentence in the language files, in the section ScanHost.Export
+    const char* text = nullptr;    ///< in English, as the second half of a sentence
+};
+
+/// Without texts for an error that needs its number to be told.
+FileReason fileReason(DWORD error);
+
 /// Why a file operation failed, as the second half of a sentence ("another program is using it").
 /// @param error  the code that GetLastError() gave
 Sorvane::u8string reasonFor(DWORD error);

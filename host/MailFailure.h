@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <string_view>
 
 namespace host {
 
@@ -20,6 +21,12 @@ public:
 
     void logged(std::int32_t level, const char* message, const char* sourceFile,
                 std::int32_t line) noexcept override;
+
+    /// The code that a record of the log tells of. None when it is about something else.
+    static std::optional<int> codeIn(std::string_view message);
+
+    /// What a code means, by the key of a text in the language files. Null for one that is not known here.
+    static const char* textKey(int code);
 
     /// What the last code means, and the code, as the second half of a sentence: "there is not enough memory
     /// (Simple MAPI code 5)". None when no code has been logged.

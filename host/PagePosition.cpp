@@ -1,10 +1,7 @@
 // Follows which page an engine is at.
 #include "host/PagePosition.h"
 
-#include "host/ProgressConsole.h"
-
 #include <algorithm>
-#include <string>
 
 namespace host {
 
@@ -19,8 +16,7 @@ void PagePosition::pageAsked(const FilePage& page) {
     if (found == pages.end())
         found = std::find_if(pages.begin(), from, isPage);
     index = static_cast<std::size_t>(found - pages.begin());
-    console.showProgress("Exporting page " + std::to_string(index + 1) + " of " +
-                         std::to_string(pages.size()));
+    whenAtPage(index);
 }
 
 } // namespace host

@@ -4,18 +4,19 @@
 #include "host/FilePage.h"
 
 #include <cstddef>
+#include <functional>
 #include <optional>
+#include <utility>
 
 namespace host {
 
-class ProgressConsole;
-
-/// Knows which page the engine is at, and shows it.
+/// Knows which page the engine is at, and tells of each.
 class PagePosition : public PageWatcher {
 public:
-    /// @param pages    not owned; may still be empty, as long as no page is asked for
-    /// @param console  not owned
-    PagePosition(const FilePages& pages, ProgressConsole& console) : pages(pages), console(console) {}
+    /// @param pages       not owned; may still be empty, as long as no page is asked for
+    /// @param whenAtPage  is given the index of each page that the engine comes to
+    PagePosition(const FilePages& pages, std::function<void(std::size_t index)> whenAtPage)
+        : pages(pages), whenAtPage(std::move(whenAtPage)) {}
 
     void pageAsked(const FilePage& page) override;
 
@@ -24,7 +25,7 @@ public:
 
 private:
     const FilePages& pages;
-    ProgressConsole& console;
+    std::function<void(std::size_t)> whenAtPage;
     std::size_t index = 0;
     bool started = false;
 };

@@ -278,7 +278,10 @@ int exportPages(const Options& options, ProgressConsole& console, const Surround
 
     // The watcher is made before the pages that it looks at, and they before everything that holds them.
     PageList list;
-    PagePosition position(list.pages, console);
+    PagePosition position(list.pages, [&](std::size_t index) {
+        console.showProgress("Exporting page " + std::to_string(index + 1) + " of " +
+                             std::to_string(list.pages.size()));
+    });
     list = collectPages(options.pages, &position);
     for (const std::string& remark : list.remarks)
         console.printError("scanexport: " + remark + "\n");

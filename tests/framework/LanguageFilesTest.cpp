@@ -123,11 +123,12 @@ std::vector<std::string> formsOf(const std::string& text) {
 }
 
 std::string sourcesOfProgram() {
-    const std::wstring folder = FOLDER.substr(0, FOLDER.find_last_of(L'\\')) + L"\\desktop";
+    const std::wstring host = FOLDER.substr(0, FOLDER.find_last_of(L'\\'));
     std::string sources;
-    for (const std::wstring& name : test::namesIn(folder))
-        if (name.ends_with(L".cpp") || name.ends_with(L".h"))
-            sources += test::readFile(folder + L'\\' + name);
+    for (const std::wstring& folder : {host, host + L"\\desktop"})
+        for (const std::wstring& name : test::namesIn(folder))
+            if (name.ends_with(L".cpp") || name.ends_with(L".h"))
+                sources += test::readFile(folder + L'\\' + name);
     return sources;
 }
 
