@@ -88,9 +88,9 @@ void ExportFailure::reportError(const Sorvane::u8string& sourceFile, int line,
 
 void ExportFailure::logged(std::int32_t level, const char* message, const char* sourceFile,
                            std::int32_t line) noexcept {
-    if (level != failureLevel)
+    // What the program does on its other threads has nothing to do with the export.
+    if (level != failureLevel || GetCurrentThreadId() != thread)
         return;
-    const std::lock_guard lock(mutex);
     lines +=
         std::string(lines.empty() ? "" : "\n") + sourceFile + ":" + std::to_string(line) + ": " + message;
     if (const auto code = MailFailure::codeIn(message))
@@ -102,14 +102,12 @@ void ExportFailure::logged(std::int32_t level, const char* message, const char* 
 Explanation ExportFailure::general() const {
     Explanation explanation;
     explanation.sentence = localText("ScanHost.Export", "Failure.General");
-    const std::lock_guard lock(mutex);
     if (loggedError)
         explanation.reason = localReason(*loggedError);
     return explanation;
 }
 
 std::wstring ExportFailure::details() const {
-    const std::lock_guard lock(mutex);
     return wide(lines);
 }
 
@@ -132,14 +130,9 @@ void ExportFailure::findReason(Explanation& explanation) const {
         explanation.reason = localReason(error);
         explanation.path = path;
     };
-    std::optional<DWORD> logged;
-    {
-        const std::lock_guard lock(mutex);
-        if (mailCode) {
-            explanation.reason = localMailReason(*mailCode);
-            return;
-        }
-        logged = loggedError;
+    if (mailCode) {
+        explanation.reason = localMailReason(*mailCode);
+        return;
     }
     const auto place = dialogs.place();
     std::int64_t size = 0;
@@ -153,8 +146,8 @@ void ExportFailure::findReason(Explanation& explanation) const {
         }
         size = bxdisk::File(page).getFileSize();
     }
-    if (logged)
-        return blame(*logged, place.value_or(explanation.path));
+    if (loggedError)
+        return blame(*loggedError, place.value_or(explanation.path));
     if (dialogs.overwritten())
         if (const DWORD error = errorAgainstWriting(*dialogs.overwritten()))
             return blame(error, *dialogs.overwritten());

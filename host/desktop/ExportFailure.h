@@ -8,7 +8,6 @@
 #include <windows.h>
 
 #include <cstddef>
-#include <mutex>
 #include <optional>
 #include <string>
 
@@ -25,8 +24,7 @@ struct Explanation {
     std::wstring path;               ///< of the file or folder concerned; may be empty
 };
 
-/// Takes what an engine reports, and whatever is logged as a failure from its making to its end. The reports go into
-/// the log too. What the person is told is looked up by the engine's own words in the section ScanHost.Reports; a
+/// Takes what an engine reports, and whatever its thread logs as a failure meanwhile. The reports go into the log too. What the person is told is looked up by the engine's own words in the section ScanHost.Reports; a
 /// sentence there that has room for a page's number is about the page that the engine is at.
 class ExportFailure : public ExportErrorSink, public bxutils::LogListener {
 public:
@@ -61,7 +59,7 @@ private:
     const EngineDialogs& dialogs;
     std::optional<Explanation> explained;
 
-    mutable std::mutex mutex; ///< guards the rest: any thread may log
+    const DWORD thread = GetCurrentThreadId();
     std::string lines;
     std::optional<int> mailCode;
     std::optional<DWORD> loggedError;

@@ -2,6 +2,7 @@
 #include "host/desktop/ExportRun.h"
 
 #include "SorvaneBase/bxdisk/File.h"
+#include "SorvaneBase/bxutils/SystemLog.h"
 #include "SorvaneCommon/ExportEngine.h"
 #include "SorvaneCommon/ExportEngineFactory.h"
 #include "afxwin.h"
@@ -59,6 +60,10 @@ void dropInput() {
         while (PeekMessageW(&message, nullptr, first, last, PM_REMOVE)) {
         }
     }
+}
+
+void log(const std::exception& error) {
+    bxutils::getSystemLogFormater()->log(0, error.what(), "host/desktop/ExportRun", __LINE__);
 }
 
 /// Sees to the owner during an export: others learn when it is disabled because somebody asks the person something,
@@ -157,9 +162,11 @@ private:
             });
             result = exportGuarded(engine, owner, failure);
         } catch (const HostError& error) {
-            return tellFailure({localText(section, "Failure.Crashed"), {}, {}, {}}, wide(error.what()));
+            log(error);
+            return tellFailure({localText(section, "Failure.Crashed"), {}, {}, {}}, failure.details());
         } catch (const std::exception& error) {
-            return tellFailure(failure.general(), wide(error.what()));
+            log(error);
+            return tellFailure(failure.general(), failure.details());
         }
         if (result == engineDone && failure.details().empty())
             return tellDone();

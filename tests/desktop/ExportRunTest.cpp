@@ -10,6 +10,8 @@
 
 #include <gmock/gmock.h>
 
+#include <thread>
+
 namespace {
 
 using host::ExportResult;
@@ -234,6 +236,28 @@ TEST_F(ExportRunTest, TellsAnUnknownCodeOfTheMailProgram) {
 
     EXPECT_EQ(shown.text, L"The mail program did not take the message.\n"
                           L"The mail program gave no reason but Simple MAPI code 77.");
+}
+
+TEST_F(ExportRunTest, TellsOfACrash) {
+    test::MailClient client;
+    client.behaviour = test::crashes();
+    addPages(1);
+
+    EXPECT_EQ(exportToMail(), ExportResult::Failed);
+
+    EXPECT_EQ(shown.text, L"The export crashed. It is not known whether the pages were exported.");
+    EXPECT_THAT(host::utf8(shown.details),
+                HasSubstr("crashed with exception 0xc0000005 at desktop_tests.exe+0x"));
+    EXPECT_FALSE(test::progressWindow());
+}
+
+TEST_F(ExportRunTest, DoesNotHearWhatOtherThreadsLog) {
+    addPages(1);
+    watch.whenAtPage = [](std::size_t) {
+        std::thread([] { bxutils::getSystemLogFormater()->log(0, "No thumbnail", "Other", 1); }).join();
+    };
+
+    EXPECT_EQ(exportToDirectory(out), ExportResult::Done);
 }
 
 TEST_F(ExportRunTest, FailsWhenAComponentLogsAFailureThatItDoesNotReport) {

@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <cwchar>
+#include <regex>
 #include <set>
 #include <string>
 #include <vector>
@@ -169,6 +170,21 @@ TEST(LanguageFilesTest, NameNoTextOfTheProgramThatItDoesNotLookUp) {
             EXPECT_THAT(sources, testing::HasSubstr('"' + key + '"')) << section;
         }
     }
+}
+
+TEST(LanguageFilesTest, TellWhatEachEngineOfTheComponentReports) {
+    const std::wstring project = FOLDER.substr(0, FOLDER.rfind(L"\\host\\"));
+    const std::regex report(R"rx((?:SOURCE_FILE, LINE_\w+|failed\(LINE_\w+), "([^"]+)")rx");
+    std::set<Key> reports;
+    for (const wchar_t* engine : {L"Directory", L"Mail", L"Zip"}) {
+        const std::string source =
+            test::readFile(project + L"\\Components\\BasicExport\\ExportTo" + engine + L".cpp");
+        for (std::sregex_iterator found(source.begin(), source.end(), report), end; found != end; ++found)
+            reports.insert({"ScanHost.Reports", (*found)[1]});
+    }
+    std::set<Key> told = keysOf(english(), true);
+    std::erase_if(told, [](const Key& key) { return key.first != "ScanHost.Reports"; });
+    EXPECT_THAT(told, testing::ContainerEq(reports));
 }
 
 TEST_P(LanguageFileTest, HasTheFormsOfEachCountingText) {
