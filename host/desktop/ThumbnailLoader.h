@@ -3,6 +3,7 @@
 
 #include "host/desktop/CallbackWindow.h"
 #include "host/desktop/ThumbnailCache.h"
+#include "host/desktop/ThumbnailSource.h"
 
 #include <atomic>
 #include <condition_variable>
@@ -19,7 +20,7 @@ namespace host {
 /// comes first, because that is what the person looks at now. Keeps 64 MB of those made.
 ///
 /// Thread: the user-interface thread.
-class ThumbnailLoader {
+class ThumbnailLoader final : public ThumbnailSource {
 public:
     /// @param whenLoaded  called from the message loop when some have come since the last call
     explicit ThumbnailLoader(std::function<void()> whenLoaded);
@@ -28,15 +29,10 @@ public:
     ThumbnailLoader(const ThumbnailLoader&) = delete;
     ThumbnailLoader& operator=(const ThumbnailLoader&) = delete;
 
-    /// How many pixels the longer side of thumbnails may have from now on; must be called before the first is asked for.
     /// Forgets those that have been made with another size.
-    void setSize(int pixels);
-
-    /// Null when it has not been made yet; then it is asked for, and comes later.
-    std::shared_ptr<const Thumbnail> find(const PageVersion& page);
-
-    /// Forgets what has been asked for and is not being made yet.
-    void forgetRequests();
+    void setSize(int pixels) override;
+    std::shared_ptr<const Thumbnail> find(const PageVersion& page) override;
+    void forgetRequests() override;
 
 private:
     struct Request {

@@ -1,0 +1,165 @@
+// The list view that the page view shows its pages in: where each cell lies, and how it scrolls.
+#include "host/desktop/PageGrid.h"
+
+#include "host/desktop/PagePainter.h"
+
+#include <algorithm>
+
+namespace host {
+namespace {
+
+void setState(const CWnd& list, LRESULT index, UINT state, UINT mask) {
+    LVITEMW item{};
+    item.state = state;
+    item.stateMask = mask;
+    list.SendMessage(LVM_SETITEMSTATE, static_cast<WPARAM>(index), reinterpret_cast<LPARAM>(&item));
+}
+
+} // namespace
+
+BOOL PageGrid::create(CWnd& parent, UINT id) {
+    INITCOMMONCONTROLSEX classes{sizeof(classes), ICC_LISTVIEW_CLASSES};
+    InitCommonControlsEx(&classes);
+    if (!CreateEx(0, WC_LISTVIEWW, nullptr,
+                  WS_CHILD | WS_VISIBLE | WS_TABSTOP | LVS_ICON | LVS_OWNERDATA | LVS_SHOWSELALWAYS |
+                      LVS_AUTOARRANGE | LVS_SHAREIMAGELISTS,
+                  0, 0, 0, 0, parent, reinterpret_cast<HMENU>(static_cast<UINT_PTR>(id))))
+        return FALSE;
+    constexpr DWORD STYLES = LVS_EX_DOUBLEBUFFER | LVS_EX_INFOTIP;
+    SendMessage(LVM_SETEXTENDEDLISTVIEWSTYLE, STYLES, STYLES);
+    return TRUE;
+}
+
+void PageGrid::setMeasures(const PagePainter& painter) {
+    cellSize = painter.cellSize();
+    iconSize = painter.iconIn(CRect(0, 0, cellSize.cx, cellSize.cy)).Size();
+    // Its images are never drawn; their size is what makes room for the cells.
+    std::unique_ptr<std::remove_pointer_t<HIMAGELIST>, ImageListDeleter> sized(
+        ImageList_Create(iconSize.cx, iconSize.cy, ILC_COLOR32, 0, 0));
+    SendMessage(LVM_SETIMAGELIST, LVSIL_NORMAL, reinterpret_cast<LPARAM>(sized.get()));
+    images = std::move(sized);
+    SendMessage(LVM_SETICONSPACING, 0, MAKELPARAM(cellSize.cx, cellSize.cy));
+    arrange();
+}
+
+void PageGrid::arrange() {
+    SendMessage(LVM_ARRANGE, LVA_DEFAULT);
+    Invalidate();
+}
+
+void PageGrid::setCount(std::size_t newCount) {
+    SendMessage(LVM_SETITEMCOUNT, newCount, LVSICF_NOSCROLL);
+    // Wine gives new icons a place only now.
+    arrange();
+}
+
+std::size_t PageGrid::count() const {
+    return static_cast<std::size_t>(SendMessage(LVM_GETITEMCOUNT));
+}
+
+CRect PageGrid::icon(std::size_t index) const {
+    CRect rect;
+    rect.left = LVIR_ICON;
+    SendMessage(LVM_GETITEMRECT, index, reinterpret_cast<LPARAM>(&rect));
+    return rect;
+}
+
+CRect PageGrid::cell(std::size_t index) const {
+    const CPoint middle = icon(index).CenterPoint();
+    CRect rect(0, 0, cellSize.cx, cellSize.cy);
+    rect.OffsetRect(middle.x - cellSize.cx / 2, middle.y - iconSize.cy / 2);
+    return rect;
+}
+
+std::size_t PageGrid::firstBelow(int y) const {
+    std::size_t first = 0;
+    std::size_t last = count();
+    while (first < last) {
+        const std::size_t middle = (first + last) / 2;
+        if (cell(middle).bottom > y)
+            last = middle;
+        else
+            first = middle + 1;
+    }
+    return first;
+}
+
+std::pair<std::size_t, std::size_t> PageGrid::visible() const {
+    CRect client;
+    GetClientRect(client);
+    const std::size_t first = firstBelow(0);
+    std::size_t end = first;
+    while (end < count() && cell(end).top < client.bottom)
+        ++end;
+    return {first, end};
+}
+
+bool PageGrid::beginsRow(std::size_t index) const {
+    return index == 0 || cell(index - 1).top != cell(index).top;
+}
+
+InsertionPlace PageGrid::placeAt(CPoint point) const {
+    const std::size_t begin = std::min(firstBelow(point.y), count());
+    if (begin == count())
+        return {count(), count() > 0};
+    const int top = cell(begin).top;
+    for (std::size_t index = begin; index < count(); ++index) {
+        const CRect rect = cell(index);
+        if (rect.top != top)
+            return {index, true};
+        if (point.x < rect.CenterPoint().x)
+            return {index, false};
+    }
+    return {count(), true};
+}
+
+std::vector<std::size_t> PageGrid::selection() const {
+    std::vector<std::size_t> selected;
+    LRESULT index = -1;
+    while ((index = SendMessage(LVM_GETNEXTITEM, static_cast<WPARAM>(index), LVNI_SELECTED)) >= 0)
+        selected.push_back(static_cast<std::size_t>(index));
+    return selected;
+}
+
+void PageGrid::select(const std::vector<std::size_t>& indices) {
+    setState(*this, -1, 0, LVIS_SELECTED);
+    for (std::size_t index : indices)
+        setState(*this, static_cast<LRESULT>(index), LVIS_SELECTED, LVIS_SELECTED);
+}
+
+void PageGrid::selectAll() {
+    setState(*this, -1, LVIS_SELECTED, LVIS_SELECTED);
+}
+
+std::size_t PageGrid::focused() const {
+    const LRESULT index = SendMessage(LVM_GETNEXTITEM, static_cast<WPARAM>(-1), LVNI_FOCUSED);
+    return index < 0 ? count() : static_cast<std::size_t>(index);
+}
+
+void PageGrid::setFocused(std::size_t index) {
+    if (index >= count())
+        return;
+    setState(*this, static_cast<LRESULT>(index), LVIS_FOCUSED, LVIS_FOCUSED);
+    SendMessage(LVM_SETSELECTIONMARK, 0, static_cast<LPARAM>(index));
+}
+
+void PageGrid::show(std::size_t index) {
+    if (index < count())
+        SendMessage(LVM_ENSUREVISIBLE, index, FALSE);
+}
+
+void PageGrid::scroll(int pixels) {
+    SendMessage(LVM_SCROLL, 0, pixels);
+}
+
+void PageGrid::redraw(std::size_t index) {
+    InvalidateRect(m_hWnd, cell(index), FALSE);
+}
+
+LRESULT PageGrid::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
+    if (message == WM_KEYDOWN && whenKey && whenKey(static_cast<UINT>(wParam)))
+        return 0;
+    return CWnd::WindowProc(message, wParam, lParam);
+}
+
+} // namespace host

@@ -1,0 +1,76 @@
+// The list view that the page view shows its pages in: where each cell lies, and how it scrolls.
+#pragma once
+
+#include <afxwin.h>
+
+#include <commctrl.h>
+
+#include <cstddef>
+#include <functional>
+#include <memory>
+#include <utility>
+#include <vector>
+
+namespace host {
+
+class PagePainter;
+
+/// A place between two pages.
+struct InsertionPlace {
+    std::size_t position; ///< before which page; as many as there are pages for the end
+    bool afterPrevious;   ///< shown after the page before it, as at the end of a row
+
+    bool operator==(const InsertionPlace&) const = default;
+};
+
+/// A virtual icon view, which keeps nothing of its items but which are selected. It tells its parent about what it
+/// shows and what happens to it by a list view's notifications.
+class PageGrid : public CWnd {
+public:
+    BOOL create(CWnd& parent, UINT id);
+    /// Sets the sizes of the cells; to be called whenever the painter's have changed.
+    void setMeasures(const PagePainter& painter);
+
+    void setCount(std::size_t count);
+    std::size_t count() const;
+
+    /// Where the cell lies now, in the window's coordinates, which may be outside of it.
+    CRect cell(std::size_t index) const;
+    /// The first page that can be seen and the one after the last; the same where there are none.
+    std::pair<std::size_t, std::size_t> visible() const;
+    bool beginsRow(std::size_t index) const;
+    /// The place between two pages that is nearest to a point of the window.
+    InsertionPlace placeAt(CPoint point) const;
+
+    std::vector<std::size_t> selection() const;
+    /// Selects these and no others.
+    void select(const std::vector<std::size_t>& indices);
+    void selectAll();
+    /// The page that the keyboard is at, or as many as there are pages.
+    std::size_t focused() const;
+    void setFocused(std::size_t index);
+    void show(std::size_t index);
+    void scroll(int pixels);
+    void redraw(std::size_t index);
+
+    /// Is asked first for each key; true when that was all there was to do.
+    std::function<bool(UINT virtualKey)> whenKey;
+
+protected:
+    LRESULT WindowProc(UINT message, WPARAM wParam, LPARAM lParam) override;
+
+private:
+    struct ImageListDeleter {
+        void operator()(HIMAGELIST images) const { ImageList_Destroy(images); }
+    };
+
+    CRect icon(std::size_t index) const;
+    std::size_t firstBelow(int y) const;
+    void arrange();
+
+    std::unique_ptr<std::remove_pointer_t<HIMAGELIST>, ImageListDeleter> images;
+    CSize cellSize;
+    CSize iconSize;
+};
+
+} // namespace host
