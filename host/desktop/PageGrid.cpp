@@ -27,7 +27,14 @@ BOOL PageGrid::create(CWnd& parent, UINT id) {
         return FALSE;
     constexpr DWORD STYLES = LVS_EX_DOUBLEBUFFER | LVS_EX_INFOTIP;
     SendMessage(LVM_SETEXTENDEDLISTVIEWSTYLE, STYLES, STYLES);
+    setColours();
     return TRUE;
+}
+
+void PageGrid::setColours() {
+    // Wine's list view keeps the colour that the system had when the program began.
+    SendMessage(LVM_SETBKCOLOR, 0, static_cast<LPARAM>(GetSysColor(COLOR_WINDOW)));
+    Invalidate();
 }
 
 void PageGrid::setMeasures(const PagePainter& painter) {

@@ -31,6 +31,9 @@ public:
     /// Sets the sizes of the cells; to be called whenever the painter's have changed.
     void setMeasures(const PagePainter& painter);
 
+    /// To be called when the system's colours have changed.
+    void setColours();
+
     void setCount(std::size_t count);
     std::size_t count() const;
 

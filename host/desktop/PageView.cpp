@@ -182,7 +182,7 @@ LRESULT PageView::OnDpiChanged(WPARAM, LPARAM) {
 
 LRESULT PageView::OnColoursChanged(WPARAM wParam, LPARAM lParam) {
     grid.SendMessage(WM_SYSCOLORCHANGE, wParam, lParam);
-    grid.Invalidate();
+    grid.setColours();
     return 0;
 }
 

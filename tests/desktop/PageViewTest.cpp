@@ -163,6 +163,12 @@ TEST_F(PageViewTest, ForgetsThePagesThatAreNoLongerSeen) {
     }
 }
 
+TEST_F(PageViewTest, FollowsTheSystemsColours) {
+    ::SendMessageW(list, LVM_SETBKCOLOR, 0, RGB(1, 2, 3));
+    view.SendMessage(WM_SYSCOLORCHANGE);
+    EXPECT_EQ(static_cast<COLORREF>(::SendMessageW(list, LVM_GETBKCOLOR, 0, 0)), GetSysColor(COLOR_WINDOW));
+}
+
 TEST_F(PageViewTest, OutlivesItsWindow) {
     addPages({L"a.pdf"});
     frame.DestroyWindow();
