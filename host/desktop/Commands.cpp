@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <initializer_list>
+#include <iterator>
 
 namespace host {
 namespace {
@@ -19,30 +20,49 @@ struct Shortcut {
 };
 
 constexpr Shortcut shortcuts[] = {
+    {commandAddFiles, FCONTROL, 'O'},
+    {commandAddFolder, FCONTROL | FSHIFT, 'O'},
+    {commandPaste, FCONTROL, 'V'},
+    {commandSelectAll, FCONTROL, 'A'},
+    {commandRemove, 0, VK_DELETE},
+    {commandMoveBack, FCONTROL | FSHIFT, VK_LEFT},
+    {commandMoveForward, FCONTROL | FSHIFT, VK_RIGHT},
     {commandNextPane, 0, VK_F6},
+    {commandNextPane, FSHIFT, VK_F6},
     {commandNextPane, 0, VK_TAB},
-    {commandPreviousPane, FSHIFT, VK_F6},
-    {commandPreviousPane, FSHIFT, VK_TAB},
+    {commandNextPane, FSHIFT, VK_TAB},
 };
 
 std::vector<Shortcut> allShortcuts() {
     std::vector<Shortcut> all(std::begin(shortcuts), std::end(shortcuts));
-    for (WORD number = 0; number < exportsWithShortcut; ++number)
-        all.push_back({commandExport + number, FCONTROL, static_cast<WORD>('1' + number)});
+    for (WORD number = 0; number < exportsWithShortcut; ++number) {
+        const auto key = static_cast<WORD>('1' + number);
+        all.push_back({commandExport + number, FCONTROL, key});
+        all.push_back({commandExportAll + number, FCONTROL | FSHIFT, key});
+    }
     return all;
 }
 
 std::wstring keyText(WORD key) {
-    return std::wstring(1, static_cast<wchar_t>(key));
+    switch (key) {
+    case VK_DELETE:
+        return localText(section, "Key.Delete");
+    case VK_LEFT:
+        return localText(section, "Key.Left");
+    case VK_RIGHT:
+        return localText(section, "Key.Right");
+    default:
+        return std::wstring(1, static_cast<wchar_t>(key));
+    }
 }
 
-std::wstring withShortcut(std::wstring text, UINT command) {
+std::wstring withShortcut(const std::wstring& text, UINT command) {
     const std::wstring shortcut = shortcutText(command);
     return shortcut.empty() ? text : text + L'\t' + shortcut;
 }
 
 /// A text of somebody else's, in which "&" is nothing but a character.
-std::wstring plain(const std::wstring& text) {
+std::wstring withoutLetter(const std::wstring& text) {
     std::wstring result;
     for (wchar_t c : text)
         result.append(c == L'&' ? 2 : 1, c);
@@ -50,23 +70,20 @@ std::wstring plain(const std::wstring& text) {
 }
 
 struct Entry {
-    UINT command; ///< 0 for a line between entries
+    UINT command;
     const char* key;
 };
+/// A line between entries.
 constexpr Entry line{0, nullptr};
 
 void append(HMENU menu, std::initializer_list<Entry> entries) {
     for (const Entry& entry : entries) {
-        if (entry.command)
+        if (entry.key)
             AppendMenuW(menu, MF_STRING, entry.command,
                         withShortcut(localText(section, entry.key), entry.command).c_str());
         else
             AppendMenuW(menu, MF_SEPARATOR, 0, nullptr);
     }
-}
-
-void appendPopup(HMENU menu, const char* key, HMENU popup) {
-    AppendMenuW(menu, MF_POPUP, reinterpret_cast<UINT_PTR>(popup), localText(section, key).c_str());
 }
 
 HMENU popupOf(std::initializer_list<Entry> entries) {
@@ -75,13 +92,22 @@ HMENU popupOf(std::initializer_list<Entry> entries) {
     return popup;
 }
 
-/// One entry for each export, the first nine with their number as the letter to press.
-HMENU exportsPopup(const std::vector<std::wstring>& exports, UINT first, UINT end) {
-    const HMENU popup = CreatePopupMenu();
-    for (UINT i = 0; i < std::min<std::size_t>(exports.size(), end - first); ++i) {
+void appendPopup(HMENU menu, const char* key, HMENU popup) {
+    AppendMenuW(menu, MF_POPUP, reinterpret_cast<UINT_PTR>(popup), localText(section, key).c_str());
+}
+
+/// One entry for each target; the letters to press are the numbers of the first nine.
+void appendExports(HMENU menu, const std::vector<std::wstring>& exports, UINT first) {
+    for (UINT i = 0; i < std::min<std::size_t>(exports.size(), mostExports); ++i) {
         const std::wstring number = i < exportsWithShortcut ? L'&' + std::to_wstring(i + 1) + L"  " : L"";
-        AppendMenuW(popup, MF_STRING, first + i, withShortcut(number + plain(exports[i]), first + i).c_str());
+        AppendMenuW(menu, MF_STRING, first + i,
+                    withShortcut(number + withoutLetter(exports[i]), first + i).c_str());
     }
+}
+
+HMENU exportsPopup(const std::vector<std::wstring>& exports, UINT first) {
+    const HMENU popup = CreatePopupMenu();
+    appendExports(popup, exports, first);
     return popup;
 }
 
@@ -89,10 +115,40 @@ HMENU exportsPopup(const std::vector<std::wstring>& exports, UINT first, UINT en
 
 HMENU createMenuBar(const std::vector<std::wstring>& exports) {
     const HMENU bar = CreateMenu();
-    appendPopup(bar, "Menu.File", popupOf({{commandExit, "Exit"}}));
-    appendPopup(bar, "Menu.Export", exportsPopup(exports, commandExport, commandExportEnd));
+    appendPopup(
+        bar, "Menu.File",
+        popupOf(
+            {{commandAddFiles, "AddFiles"}, {commandAddFolder, "AddFolder"}, line, {commandExit, "Exit"}}));
+    appendPopup(bar, "Menu.Edit",
+                popupOf({{commandPaste, "Paste"},
+                         {commandSelectAll, "SelectAll"},
+                         {commandRemove, "Remove"},
+                         line,
+                         {commandMoveBack, "MoveBack"},
+                         {commandMoveForward, "MoveForward"},
+                         line,
+                         {commandSortByName, "SortByName"},
+                         {commandSortByDate, "SortByDate"}}));
+    const HMENU exportMenu = exportsPopup(exports, commandExport);
+    append(exportMenu, {line});
+    appendPopup(exportMenu, "AllPages", exportsPopup(exports, commandExportAll));
+    appendPopup(exportMenu, "SelectedPages", exportsPopup(exports, commandExportSelected));
+    appendPopup(bar, "Menu.Export", exportMenu);
+    appendPopup(bar, "Menu.Tools", popupOf({{commandSettings, "Settings"}}));
     appendPopup(bar, "Menu.Help", popupOf({{commandAbout, "About"}}));
     return bar;
+}
+
+HMENU createPagesMenu(const std::vector<std::wstring>& exports) {
+    const HMENU menu = popupOf({{commandPaste, "Paste"},
+                                {commandSelectAll, "SelectAll"},
+                                {commandRemove, "Remove"},
+                                line,
+                                {commandMoveBack, "MoveBack"},
+                                {commandMoveForward, "MoveForward"},
+                                line});
+    appendPopup(menu, "ExportSelected", exportsPopup(exports, commandExportSelected));
+    return menu;
 }
 
 HACCEL createShortcuts() {

@@ -8,19 +8,34 @@
 
 namespace host {
 
-/// The identifiers of the commands. Those of exports begin a range each, in which an export's number is counted from 0.
+/// The identifiers of the commands. Those of exports have ranges, in which the targets are counted from 0.
 enum Command : UINT {
-    commandExit = 3000,
+    commandAddFiles = 3000,
+    commandAddFolder,
+    commandExit,
+    commandPaste,
+    commandSelectAll,
+    commandRemove,
+    commandMoveBack,
+    commandMoveForward,
+    commandSortByName,
+    commandSortByDate,
+    commandSettings,
     commandAbout,
     commandNextPane,
-    commandPreviousPane,
-    commandExport = 4100,
-    commandExportEnd = 4200,
+    commandExport = 4100,         ///< the pages that the status bar names
+    commandExportAll = 4200,      ///< all pages, whatever is selected
+    commandExportSelected = 4300, ///< the selected ones, be it only one
+    commandExportsEnd = 4400,
 };
+constexpr UINT mostExports = commandExportAll - commandExport;
 
 /// The menu bar in the current language. The caller owns it until a window has it.
-/// @param exports  the names of the export targets; those beyond the commands' range are left out
+/// @param exports  the names of the targets; what is beyond mostExports is left out
 HMENU createMenuBar(const std::vector<std::wstring>& exports);
+
+/// The menu for the selected pages. The caller owns it.
+HMENU createPagesMenu(const std::vector<std::wstring>& exports);
 
 /// Owned by the caller.
 HACCEL createShortcuts();

@@ -1,61 +1,148 @@
 // The program with a window, from its start to its end.
 #include "host/desktop/DesktopProgram.h"
 
-#include "SorvaneBase/bxutils/ResourceManager.h"
 #include "host/HostError.h"
 #include "host/LanguageFile.h"
+#include "host/LogFile.h"
+#include "host/ScanExport.h"
 #include "host/Text.h"
 #include "host/ThreadLanguage.h"
 #include "host/desktop/ComponentFolder.h"
+#include "host/desktop/DesktopOptions.h"
+#include "host/desktop/ExportRun.h"
 #include "host/desktop/MainWindow.h"
+#include "host/desktop/SettingsDialog.h"
+#include "host/desktop/Texts.h"
 
 #include <afxwin.h>
+
+#include <ole2.h>
+
+#include <optional>
+#include <utility>
 
 namespace host {
 namespace {
 
 constexpr wchar_t programName[] = L"ScanHost";
 
-void loadLanguage(const Surroundings& surroundings) {
-    const std::wstring& folder = surroundings.programFolder;
-    const std::wstring language = preferredLanguage(folder, surroundings.uiLanguage);
-    if (!bxutils::getResourceManager()->loadLanguageFile(languageFile(folder, language)))
-        throw HostError("The language file " + utf8(languageFile(folder, language)) + " cannot be read.");
-    setThreadLanguage(language);
-}
-
-int runMessageLoop(MainWindow& window) {
-    MSG message;
-    while (GetMessageW(&message, nullptr, 0, 0) > 0) {
-        if (window.translate(message))
-            continue;
-        TranslateMessage(&message);
-        DispatchMessageW(&message);
+/// The system's dialogs, the clipboard and dropping files need OLE.
+class Ole {
+public:
+    Ole() : isOpen(SUCCEEDED(OleInitialize(nullptr))) {}
+    ~Ole() {
+        if (isOpen)
+            OleUninitialize();
     }
-    return static_cast<int>(message.wParam);
-}
+    Ole(const Ole&) = delete;
+    Ole& operator=(const Ole&) = delete;
+
+private:
+    bool isOpen;
+};
+
+/// The window and what is behind it. Gone again in the opposite order.
+class DesktopSession {
+public:
+    DesktopSession(const Surroundings& surroundings, std::optional<std::wstring> languageOption)
+        : surroundings(surroundings), languageOption(std::move(languageOption)),
+          temporaryRoot(surroundings.temporaryFolder), application(surroundings.baseRegistryPath),
+          settings(*application.getSettingsStore()), window(manager, settings) {}
+
+    /// Speaks the language chosen and loads the components, whose texts are in that language from then on.
+    void load() {
+        useLanguage(surroundings.programFolder, language());
+        components.emplace(surroundings.programFolder, manager);
+    }
+
+    int run(const std::vector<std::wstring>& paths, int showCommand) {
+        window.whenSettingsWanted = [this] { showSettings(); };
+        if (!window.create())
+            throw HostError("The window cannot be made: " + reasonFor(GetLastError()) + ".");
+        AfxGetApp()->m_pMainWnd = &window;
+        window.setTexts();
+        window.showFirst(showCommand);
+        tellFailures();
+        window.add(paths);
+        return handleMessages();
+    }
+
+private:
+    std::wstring language() const {
+        const std::wstring& folder = surroundings.programFolder;
+        if (languageOption)
+            return *languageOption;
+        const std::wstring chosen = settings.language();
+        return isLanguageOffered(folder, chosen) ? chosen
+                                                 : preferredLanguage(folder, surroundings.uiLanguage);
+    }
+
+    void showSettings() {
+        SettingsTargets targets{
+            settings,
+            MailClients(mailClientPlaces(), surroundings.programFolder + L"\\DraftMail.dll"),
+            surroundings.programFolder,
+            surroundings.uiLanguage,
+            logFilePath(),
+            [this] {
+                // The names of its exports a component has in the language in which it was loaded.
+                components.reset();
+                components.emplace(surroundings.programFolder, manager);
+                window.setTexts();
+            },
+            showInFolder,
+        };
+        SettingsDialog(&window, std::move(targets)).DoModal();
+    }
+
+    void tellFailures() {
+        std::string reasons;
+        for (const std::string& failure : components->failures())
+            reasons += (reasons.empty() ? "" : "\n") + failure;
+        if (!reasons.empty())
+            window.MessageBox(
+                localText("ScanHost.Window", "ComponentsFailed", {{L"reasons", wide(reasons)}}).c_str(),
+                nullptr, MB_OK | MB_ICONWARNING);
+    }
+
+    int handleMessages() {
+        MSG message;
+        while (GetMessageW(&message, nullptr, 0, 0) > 0) {
+            if (window.translate(message))
+                continue;
+            TranslateMessage(&message);
+            DispatchMessageW(&message);
+        }
+        return static_cast<int>(message.wParam);
+    }
+
+    const Surroundings& surroundings;
+    std::optional<std::wstring> languageOption;
+    TemporaryRoot temporaryRoot;
+    HostApplication application;
+    DesktopSettings settings;
+    EnginesManager manager;
+    std::optional<ComponentFolder> components;
+    MainWindow window;
+};
 
 } // namespace
 
-int runDesktopProgram(const Surroundings& surroundings, int showCommand) {
+int runDesktopProgram(const std::vector<std::wstring>& arguments, const Surroundings& surroundings,
+                      int showCommand) {
     const ThreadLanguageKeeper language;
+    const Ole ole;
     CWinApp program(programName);
     try {
-        loadLanguage(surroundings);
-        const TemporaryRoot temporaryRoot(surroundings.temporaryFolder);
-        HostApplication application(surroundings.baseRegistryPath);
-        EnginesManager manager;
-        const ComponentFolder components(surroundings.programFolder, manager);
-        MainWindow window(manager);
-        if (!window.create())
-            throw HostError("The window cannot be made: " + reasonFor(GetLastError()) + ".");
-        program.m_pMainWnd = &window;
-        window.setTexts();
-        window.ShowWindow(showCommand);
-        return runMessageLoop(window);
+        const DesktopOptions options = parseDesktopOptions(arguments);
+        if (options.language && !isLanguageOffered(surroundings.programFolder, *options.language))
+            throw UsageError("There is no language \"" + utf8(*options.language) + "\".");
+        DesktopSession session(surroundings, options.language);
+        session.load();
+        return session.run(options.paths, showCommand);
     } catch (const HostError& error) {
         AfxMessageBox(wide(error.what()).c_str(), MB_OK | MB_ICONERROR);
-        return EXIT_FAILURE;
+        return dynamic_cast<const UsageError*>(&error) ? exitUsage : exitFailed;
     }
 }
 

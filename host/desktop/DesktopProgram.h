@@ -3,9 +3,16 @@
 
 #include "host/Surroundings.h"
 
+#include <string>
+#include <vector>
+
 namespace host {
 
-/// Runs the program until its window is closed, and gives its exit code. Everything it says is shown in windows.
-int runDesktopProgram(const Surroundings& surroundings, int showCommand);
+/// Runs the program until its window is closed, and gives its exit code, which is that of the console program.
+/// Everything it says is shown in windows.
+/// @param arguments    [--lang XX] [FILE|FOLDER]..., without the program's name
+/// @param showCommand  how the system wants the window shown, SW_...
+int runDesktopProgram(const std::vector<std::wstring>& arguments, const Surroundings& surroundings,
+                      int showCommand);
 
 } // namespace host

@@ -5,6 +5,8 @@
 #include "host/desktop/Commands.h"
 #include "host/desktop/FactoryIcon.h"
 
+#include <algorithm>
+#include <climits>
 #include <utility>
 
 namespace host {
@@ -29,6 +31,8 @@ BOOL ExportBar::create(CWnd& parent, UINT id) {
         return FALSE;
     SendMessage(TB_BUTTONSTRUCTSIZE, sizeof(TBBUTTON));
     SendMessage(TB_SETEXTENDEDSTYLE, 0, TBSTYLE_EX_DOUBLEBUFFER);
+    // Or a tip with a line break would be one line.
+    ::SendMessageW(reinterpret_cast<HWND>(SendMessage(TB_GETTOOLTIPS)), TTM_SETMAXTIPWIDTH, 0, SHRT_MAX);
     return TRUE;
 }
 
@@ -39,7 +43,7 @@ void ExportBar::setFactories(const EnginesManager::Factories& factories) {
     Images replaced(
         std::exchange(images, Images(ImageList_Create(size, size, ILC_COLOR32 | ILC_MASK, 0, 4))));
     SendMessage(TB_SETIMAGELIST, 0, reinterpret_cast<LPARAM>(images.get()));
-    for (std::size_t i = 0; i < factories.size(); ++i) {
+    for (std::size_t i = 0; i < std::min<std::size_t>(factories.size(), mostExports); ++i) {
         TBBUTTON button{};
         button.iBitmap = I_IMAGENONE;
         if (const HICON icon = factoryIcon(*factories[i], size)) {
@@ -59,12 +63,16 @@ void ExportBar::enable(std::size_t index, bool isEnabled) {
     SendMessage(TB_ENABLEBUTTON, commandExport + index, MAKELPARAM(isEnabled, 0));
 }
 
-int ExportBar::fitHeight() {
+int ExportBar::fitHeight(int width) {
+    // Buttons go to another line where there is no room.
+    SetWindowPos(nullptr, 0, 0, width, 0, SWP_NOZORDER | SWP_NOACTIVATE);
     SendMessage(TB_AUTOSIZE);
     CRect last;
     if (count())
         SendMessage(TB_GETITEMRECT, static_cast<WPARAM>(count() - 1), reinterpret_cast<LPARAM>(&last));
-    return last.bottom + spaceAroundButtons;
+    const int height = last.bottom + spaceAroundButtons;
+    SetWindowPos(nullptr, 0, 0, width, height, SWP_NOZORDER | SWP_NOACTIVATE);
+    return height;
 }
 
 // The control itself goes from button to button only on some systems.

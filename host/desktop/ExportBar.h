@@ -22,8 +22,8 @@ public:
     void setFactories(const EnginesManager::Factories& factories);
     void enable(std::size_t index, bool isEnabled);
 
-    /// The height at the width that the parent has now.
-    int fitHeight();
+    /// Moves to the top of the parent, as wide as that, and gives the height.
+    int fitHeight(int width);
 
 private:
     struct ImagesRelease {

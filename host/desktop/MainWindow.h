@@ -2,49 +2,112 @@
 #pragma once
 
 #include "host/EnginesManager.h"
+#include "host/desktop/DesktopSettings.h"
 #include "host/desktop/ExportBar.h"
+#include "host/desktop/ExportWatch.h"
+#include "host/desktop/MessageFont.h"
+#include "host/desktop/PageAdder.h"
+#include "host/desktop/PageCollection.h"
+#include "host/desktop/PageView.h"
+#include "host/desktop/StatusBar.h"
+#include "host/desktop/ThumbnailLoader.h"
 
 #include <afxwin.h>
 
+#include <cstddef>
+#include <functional>
+#include <string>
+#include <vector>
+
 namespace host {
 
-/// Shows what can be done with the pages and does it. What fails is told to the person and never ends the program.
+/// Holds the pages and does with them what the person wants. What fails is told and never ends the program.
+///
+/// An export takes the selected pages when there are several, otherwise all: a single one is often selected just by
+/// looking at it. The status bar and the tips say which, and a menu has exports of the one and the other kind.
 ///
 /// Thread: the user-interface thread. Destroying the window ends the thread's message loop.
 class MainWindow : public CWnd {
 public:
-    /// @param manager  has the export targets; not owned
-    explicit MainWindow(const EnginesManager& manager) : manager(manager) {}
+    /// @param manager   has the export targets; not owned
+    /// @param settings  has where the window was
+    explicit MainWindow(const EnginesManager& manager, DesktopSettings settings);
     ~MainWindow() override;
 
-    /// Made hidden. False when the system refuses.
+    /// Made hidden, without texts. False when the system refuses.
     BOOL create();
+    /// Shows it where it was last, or otherwise as the system was told to.
+    void showFirst(int showCommand);
 
-    /// Takes all texts from the current language and all export targets from the manager, again.
+    /// Takes all texts from the current language and all targets from the manager, again.
     void setTexts();
+
+    /// Adds files and the pages of folders behind the selected pages, in the background.
+    /// @param paths  full ones
+    void add(const std::vector<std::wstring>& paths);
 
     /// To be asked for each message of the loop: true for one that was a shortcut and has been dealt with.
     bool translate(MSG& message);
 
+    /// Asked when the person wants to see the settings.
+    std::function<void()> whenSettingsWanted;
+
 private:
     LRESULT OnCreate(WPARAM wParam, LPARAM lParam);
+    LRESULT OnClose(WPARAM wParam, LPARAM lParam);
     LRESULT OnDestroy(WPARAM wParam, LPARAM lParam);
+    LRESULT OnActivate(WPARAM wParam, LPARAM lParam);
+    LRESULT OnSetFocus(WPARAM wParam, LPARAM lParam);
     LRESULT OnDpiChanged(WPARAM wParam, LPARAM lParam);
+    LRESULT OnColoursChanged(WPARAM wParam, LPARAM lParam);
     LRESULT OnInitMenuPopup(WPARAM wParam, LPARAM lParam);
-    void OnExit() { PostMessage(WM_CLOSE); }
-    void OnAbout();
     afx_msg void OnSize(UINT nType, int cx, int cy);
+    void OnExportTip(NMHDR* header, LRESULT* result);
+    void OnAddFiles();
+    void OnAddFolder();
+    void OnExit() { PostMessage(WM_CLOSE); }
+    void OnPaste();
+    void OnSelectAll() { view.selectAll(); }
+    void OnRemove();
+    void OnMoveBack() { view.moveSelectionBack(); }
+    void OnMoveForward() { view.moveSelectionForward(); }
+    void OnSortByName() { sort(PageOrder::Name); }
+    void OnSortByDate() { sort(PageOrder::Date); }
+    void OnExport(UINT command);
+    void OnSettings() { whenSettingsWanted(); }
+    void OnAbout();
+    void OnNextPane();
     BOOL OnWndMsg(UINT message, WPARAM wParam, LPARAM lParam, LRESULT* pResult) override;
+    BOOL OnCommand(WPARAM wParam, LPARAM lParam) override;
     DECLARE_MESSAGE_MAP()
 
     void layOut();
+    void pagesChanged();
+    void update();
+    void sort(PageOrder order);
+    void showPagesMenu(CPoint screen);
+    void tellLeftOut(const std::vector<LeftOut>& leftOut);
+
     bool isPossible(UINT command) const;
-    void updateCommands();
+    bool isExportPossible(UINT command) const;
+    bool takesSelection(UINT command) const;
+    std::wstring pagesText() const;
+    std::wstring exportedText() const;
+    std::vector<std::wstring> exportNames() const;
 
     const EnginesManager& manager;
+    DesktopSettings settings;
+    ExportWatch watch;
+    PageCollection pages{&watch};
+    ThumbnailLoader thumbnails;
+    PageView view{pages, thumbnails};
+    PageAdder adder;
     ExportBar exports;
-    CWnd status;
+    StatusBar status;
+    Font font;
     HACCEL shortcuts = nullptr;
+    HWND lastFocus = nullptr; ///< the pane that had the focus before another window was active
+    bool closesAfterExport = false;
 };
 
 } // namespace host

@@ -1,9 +1,13 @@
 // ScanHost.exe.
+#include "host/LogFile.h"
 #include "host/ProgramFolder.h"
 #include "host/desktop/DesktopProgram.h"
 
 #include <windows.h>
 
+#include <cstdlib>
+
 int WINAPI wWinMain(HINSTANCE, HINSTANCE, PWSTR, int showCommand) {
-    return host::runDesktopProgram({host::programFolder()}, showCommand);
+    host::startLog();
+    return host::runDesktopProgram({__wargv + 1, __wargv + __argc}, {host::programFolder()}, showCommand);
 }

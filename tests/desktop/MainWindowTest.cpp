@@ -1,0 +1,422 @@
+// The main window, driven by its commands as menus, buttons and shortcuts send them.
+#include "host/desktop/MainWindow.h"
+
+#include "SorvaneCommon/ExportUtils/ExportEngineBase.h"
+#include "SorvaneCommon/ExportUtils/ExportFactoryBase.h"
+#include "bxbase/ReferencedImpl.h"
+#include "host/CommandLinePath.h"
+#include "host/DialogPilot.h"
+#include "host/HostApplication.h"
+#include "host/ProgramFolder.h"
+#include "host/Text.h"
+#include "host/desktop/Commands.h"
+#include "host/desktop/ComponentFolder.h"
+#include "host/desktop/ExportControls.h"
+#include "support/AccessKeys.h"
+#include "support/HostTexts.h"
+#include "support/MessageLoop.h"
+#include "support/ScopedRegistryKey.h"
+#include "support/TempFolder.h"
+
+#include <gmock/gmock.h>
+
+#include <commctrl.h>
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace {
+
+using host::MainWindow;
+using host::utf8;
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::IsEmpty;
+using Names = std::vector<std::wstring>;
+
+/// What the engines of a target do and got.
+struct Target {
+    Names names;                  ///< of the pages of the last export
+    std::function<void()> during; ///< called at each page
+};
+
+class RecordingEngine : public ExportUtils::ExportEngineBase {
+public:
+    explicit RecordingEngine(Target& target) : target(target) {}
+
+    bool showDialog() override {
+        target.names.clear();
+        return true;
+    }
+
+    int exportData(void*, ExportErrorSink& errors) override {
+        for (const auto& page : pages) {
+            std::wstring path;
+            if (!page->getFilePath(path)) {
+                errors.reportError("tests/desktop/MainWindowTest", __LINE__, "no data");
+                return 1;
+            }
+            target.names.push_back(path.substr(path.find_last_of(L'\\') + 1));
+            if (target.during)
+                target.during();
+        }
+        return 0;
+    }
+
+private:
+    Target& target;
+};
+
+class RecordingFactory : public ExportUtils::ExportFactoryBase {
+public:
+    explicit RecordingFactory(Target& target) : target(target) { name = "Fish & chips"; }
+
+    const char* getId() const override { return "recording"; }
+    bool isAvailable() const override { return true; }
+    bool createEngine(CWnd*, bxbase::Reference<SorvaneCommon::ExportEngine>& engine) override {
+        engine = bxbase::Reference<SorvaneCommon::ExportEngine>(
+            new bxbase::ReferencedImpl<RecordingEngine>(target));
+        return true;
+    }
+
+private:
+    Target& target;
+};
+
+class MainWindowTest : public testing::Test {
+protected:
+    MainWindowTest() {
+        test::loadLanguage(L"en.ini");
+        const bxbase::Reference<RecordingFactory> factory(
+            new bxbase::ReferencedImpl<RecordingFactory>(target));
+        manager.registerFactory(factory.get());
+    }
+
+    void open() {
+        ASSERT_TRUE(window.create());
+        window.setTexts();
+        window.showFirst(SW_SHOWNORMAL);
+    }
+
+    void addPages(const Names& names) {
+        Names paths;
+        for (const std::wstring& name : names)
+            paths.push_back(folder.write(name, "%PDF-1.4"));
+        addPaths(paths);
+    }
+
+    void addPaths(const Names& paths) {
+        window.add(paths);
+        EXPECT_TRUE(test::handleMessagesUntil([this] { return !statusPart(0).starts_with(L"Adding"); }));
+    }
+
+    /// What the menu's entry and the shortcut send; waits until the view has told of a changed selection.
+    void command(UINT id) {
+        window.SendMessage(WM_COMMAND, id);
+        MSG message;
+        while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE))
+            DispatchMessageW(&message);
+    }
+
+    /// Lets the export's last window be closed.
+    void exportWith(UINT id) {
+        host::DialogPilot pilot(std::chrono::seconds(20));
+        pilot.then("the result", host::dialogWith(IDC_RESULT_TEXT), host::click(IDOK));
+        command(id);
+        EXPECT_TRUE(pilot.succeeded()) << pilot.failure();
+    }
+
+    HWND child(const wchar_t* className) const { return FindWindowExW(window, nullptr, className, nullptr); }
+
+    HWND list() const {
+        for (HWND pane = GetWindow(window, GW_CHILD); pane; pane = GetWindow(pane, GW_HWNDNEXT))
+            if (const HWND found = FindWindowExW(pane, nullptr, WC_LISTVIEWW, nullptr))
+                return found;
+        return nullptr;
+    }
+
+    void select(std::size_t first, std::size_t end) {
+        LVITEMW item{};
+        item.stateMask = LVIS_SELECTED;
+        SendMessageW(list(), LVM_SETITEMSTATE, static_cast<WPARAM>(-1), reinterpret_cast<LPARAM>(&item));
+        item.state = LVIS_SELECTED;
+        for (std::size_t i = first; i < end; ++i)
+            SendMessageW(list(), LVM_SETITEMSTATE, i, reinterpret_cast<LPARAM>(&item));
+        command(0);
+    }
+
+    std::wstring statusPart(WPARAM part) const {
+        wchar_t text[200] = L"";
+        SendMessageW(child(STATUSCLASSNAMEW), SB_GETTEXTW, part, reinterpret_cast<LPARAM>(text));
+        return text;
+    }
+
+    bool isButtonEnabled(UINT id) const {
+        return SendMessageW(child(TOOLBARCLASSNAMEW), TB_ISBUTTONENABLED, id, 0) != 0;
+    }
+
+    std::wstring buttonText(int index) const {
+        TBBUTTON button{};
+        SendMessageW(child(TOOLBARCLASSNAMEW), TB_GETBUTTON, static_cast<WPARAM>(index),
+                     reinterpret_cast<LPARAM>(&button));
+        wchar_t text[200] = L"";
+        SendMessageW(child(TOOLBARCLASSNAMEW), TB_GETBUTTONTEXTW, static_cast<WPARAM>(button.idCommand),
+                     reinterpret_cast<LPARAM>(text));
+        return text;
+    }
+
+    void openMenus(HMENU menu) const {
+        for (int i = 0; i < GetMenuItemCount(menu); ++i) {
+            if (const HMENU popup = GetSubMenu(menu, i)) {
+                window.SendMessage(WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(popup));
+                openMenus(popup);
+            }
+        }
+    }
+
+    /// Whether the menu offers a command now.
+    bool isOffered(UINT id) const {
+        const HMENU bar = GetMenu(window);
+        openMenus(bar);
+        const UINT state = GetMenuState(bar, id, MF_BYCOMMAND);
+        return state != static_cast<UINT>(-1) && !(state & MF_GRAYED);
+    }
+
+    const test::TempFolder folder;
+    const std::wstring basePath = L"BasicExportTests\\window-" + std::to_wstring(GetCurrentProcessId());
+    const test::ScopedRegistryKey registryKey{L"SOFTWARE\\" + basePath};
+    host::HostApplication application{basePath};
+    Target target;
+    host::EnginesManager manager;
+    MainWindow window{manager, host::DesktopSettings(*application.getSettingsStore())};
+};
+
+TEST_F(MainWindowTest, HasAButtonForEachTargetOfEveryComponent) {
+    host::EnginesManager& targets = manager;
+    const host::ComponentFolder product(host::programFolder(), targets);
+    const host::ComponentModule another(
+        host::fullPathOf(host::wide(TEST_COMPONENTS)) + L"\\SoundComponent.dll", targets);
+    open();
+
+    ASSERT_EQ(SendMessageW(child(TOOLBARCLASSNAMEW), TB_BUTTONCOUNT, 0, 0), 6);
+    for (int i = 0; i < 6; ++i)
+        EXPECT_EQ(utf8(buttonText(i)), targets.getFactories()[static_cast<std::size_t>(i)]->getName());
+    TBBUTTON button{};
+    SendMessageW(child(TOOLBARCLASSNAMEW), TB_GETBUTTON, 5, reinterpret_cast<LPARAM>(&button));
+    EXPECT_EQ(button.iBitmap, I_IMAGENONE) << "this target has no icon";
+}
+
+TEST_F(MainWindowTest, ExportsOnlyWhenThereArePages) {
+    open();
+    EXPECT_FALSE(isButtonEnabled(host::commandExport));
+    EXPECT_FALSE(isOffered(host::commandExport));
+
+    addPages({L"a.pdf"});
+
+    EXPECT_TRUE(isButtonEnabled(host::commandExport));
+    EXPECT_TRUE(isOffered(host::commandExport));
+    EXPECT_FALSE(isOffered(host::commandExportSelected)) << "none is selected";
+}
+
+TEST_F(MainWindowTest, OffersNoTargetThatIsNotAvailable) {
+    const host::ComponentModule component(
+        host::fullPathOf(host::wide(TEST_COMPONENTS)) + L"\\SoundComponent.dll", manager);
+    open();
+    addPages({L"a.pdf"});
+
+    EXPECT_TRUE(isButtonEnabled(host::commandExport));
+    EXPECT_FALSE(isButtonEnabled(host::commandExport + 1));
+}
+
+TEST_F(MainWindowTest, SaysHowManyPagesThereAreAndWhichAnExportTakes) {
+    open();
+    EXPECT_EQ(statusPart(0), L"0 pages");
+    EXPECT_EQ(statusPart(1), L"");
+
+    addPages({L"a.pdf", L"b.pdf", L"c.pdf"});
+    EXPECT_EQ(statusPart(0), L"3 pages");
+    EXPECT_EQ(statusPart(1), L"To export: all 3 pages");
+
+    select(0, 1);
+    EXPECT_EQ(statusPart(0), L"3 pages, 1 selected");
+    EXPECT_EQ(statusPart(1), L"To export: all 3 pages");
+
+    select(1, 3);
+    EXPECT_EQ(statusPart(0), L"3 pages, 2 selected");
+    EXPECT_EQ(statusPart(1), L"To export: 2 selected pages");
+}
+
+TEST_F(MainWindowTest, ExportsWhatTheStatusBarSaysUnlessToldOtherwise) {
+    open();
+    addPages({L"a.pdf", L"b.pdf", L"c.pdf"});
+
+    select(0, 1);
+    exportWith(host::commandExport);
+    EXPECT_THAT(target.names, ElementsAre(L"a.pdf", L"b.pdf", L"c.pdf"));
+    exportWith(host::commandExportSelected);
+    EXPECT_THAT(target.names, ElementsAre(L"a.pdf"));
+
+    select(1, 3);
+    exportWith(host::commandExport);
+    EXPECT_THAT(target.names, ElementsAre(L"b.pdf", L"c.pdf"));
+    exportWith(host::commandExportAll);
+    EXPECT_THAT(target.names, ElementsAre(L"a.pdf", L"b.pdf", L"c.pdf"));
+}
+
+TEST_F(MainWindowTest, PutsPagesInOrderAndRemovesThem) {
+    open();
+    addPages({L"b.pdf", L"a.pdf", L"c.pdf"});
+
+    command(host::commandSortByName);
+    select(0, 1);
+    command(host::commandMoveForward);
+    exportWith(host::commandExportAll);
+    EXPECT_THAT(target.names, ElementsAre(L"b.pdf", L"a.pdf", L"c.pdf"));
+
+    command(host::commandMoveForward);
+    EXPECT_FALSE(isOffered(host::commandMoveForward)) << "it is the last one already";
+    command(host::commandMoveBack);
+    command(host::commandRemove);
+    exportWith(host::commandExportAll);
+    EXPECT_THAT(target.names, ElementsAre(L"b.pdf", L"c.pdf"));
+
+    command(host::commandSelectAll);
+    command(host::commandRemove);
+    EXPECT_EQ(statusPart(0), L"0 pages");
+    EXPECT_FALSE(isOffered(host::commandRemove));
+}
+
+TEST_F(MainWindowTest, AddsBehindTheSelectedPages) {
+    open();
+    addPages({L"a.pdf", L"z.pdf"});
+    select(0, 1);
+    addPages({L"b.pdf"});
+
+    exportWith(host::commandExportAll);
+    EXPECT_THAT(target.names, ElementsAre(L"a.pdf", L"b.pdf", L"z.pdf"));
+}
+
+TEST_F(MainWindowTest, TellsOnceWhatItLeftOut) {
+    open();
+    std::vector<std::wstring> told;
+    host::DialogPilot pilot(std::chrono::seconds(20));
+    pilot.always(host::anyMessageBox(), [&told](HWND box) {
+        told.push_back(host::messageBoxText(box));
+        return host::click(IDOK)(box);
+    });
+    CreateDirectoryW((folder / L"scans").c_str(), nullptr);
+    folder.write(L"scans\\a.pdf", "%PDF-1.4");
+    folder.write(L"scans\\notes.txt", "text");
+
+    addPaths({folder / L"scans", folder / L"missing.pdf"});
+
+    ASSERT_EQ(told.size(), 1);
+    EXPECT_THAT(utf8(told[0]), testing::StartsWith("2 items were not added:"));
+    EXPECT_THAT(utf8(told[0]), HasSubstr("notes.txt\nThis is neither an image nor a PDF file."));
+    EXPECT_THAT(utf8(told[0]), HasSubstr("missing.pdf\nThe file or folder does not exist."));
+    EXPECT_EQ(statusPart(0), L"1 page");
+}
+
+TEST_F(MainWindowTest, AsksBeforeItStopsAnExportToClose) {
+    open();
+    addPages({L"a.pdf", L"b.pdf"});
+    for (const int answer : {IDNO, IDYES}) {
+        std::wstring question;
+        target.during = [&] {
+            if (question.empty())
+                window.SendMessage(WM_CLOSE);
+        };
+        host::DialogPilot pilot(std::chrono::seconds(20));
+        pilot.then("the question", host::anyMessageBox(), [&](HWND box) {
+            question = host::messageBoxText(box);
+            return host::click(answer)(box);
+        });
+        pilot.then("the result", host::dialogWith(IDC_RESULT_TEXT), host::click(IDOK));
+        command(host::commandExport);
+
+        EXPECT_TRUE(pilot.succeeded()) << pilot.failure();
+        EXPECT_EQ(question, L"An export is running. Do you want to stop it and close the program?");
+        EXPECT_EQ(target.names.size(), answer == IDNO ? 2 : 1);
+        EXPECT_EQ(IsWindow(window) != FALSE, answer == IDNO);
+    }
+}
+
+TEST_F(MainWindowTest, IsWhereItWasTheLastTime) {
+    open();
+    window.MoveWindow(CRect(40, 50, 640, 550));
+    window.SendMessage(WM_CLOSE);
+
+    MainWindow next(manager, host::DesktopSettings(*application.getSettingsStore()));
+    ASSERT_TRUE(next.create());
+    next.setTexts();
+    next.showFirst(SW_SHOWNORMAL);
+    CRect rect;
+    next.GetWindowRect(rect);
+    EXPECT_EQ(rect, CRect(40, 50, 640, 550));
+    next.DestroyWindow();
+}
+
+TEST_F(MainWindowTest, GoesBetweenTheButtonsAndThePagesWithTheKeyboard) {
+    open();
+    addPages({L"a.pdf"});
+    const HWND bar = child(TOOLBARCLASSNAMEW);
+
+    window.SetFocus();
+    EXPECT_EQ(GetFocus(), list());
+    command(host::commandNextPane);
+    EXPECT_EQ(GetFocus(), bar);
+    EXPECT_EQ(SendMessageW(bar, TB_GETHOTITEM, 0, 0), 0);
+    command(host::commandNextPane);
+    EXPECT_EQ(GetFocus(), list());
+}
+
+TEST_F(MainWindowTest, PressesAButtonWithTheKeyboard) {
+    open();
+    addPages({L"a.pdf"});
+    const HWND bar = child(TOOLBARCLASSNAMEW);
+    SetFocus(bar);
+
+    host::DialogPilot pilot(std::chrono::seconds(20));
+    pilot.then("the result", host::dialogWith(IDC_RESULT_TEXT), host::click(IDOK));
+    SendMessageW(bar, WM_KEYDOWN, VK_RETURN, 0);
+    EXPECT_TRUE(test::handleMessagesUntil([&] { return pilot.succeeded(); })) << pilot.failure();
+    EXPECT_THAT(target.names, ElementsAre(L"a.pdf"));
+}
+
+TEST_F(MainWindowTest, DoesWhatAShortcutSays) {
+    open();
+    addPages({L"a.pdf", L"b.pdf"});
+    BYTE keys[256] = {};
+    keys[VK_CONTROL] = 0x80;
+    SetKeyboardState(keys);
+    MSG message{list(), WM_KEYDOWN, 'A', 0, 0, {}};
+    EXPECT_TRUE(window.translate(message));
+    keys[VK_CONTROL] = 0;
+    SetKeyboardState(keys);
+    command(0);
+    EXPECT_EQ(statusPart(0), L"2 pages, 2 selected");
+
+    message.wParam = VK_DELETE;
+    EXPECT_TRUE(window.translate(message));
+    EXPECT_EQ(statusPart(0), L"0 pages");
+}
+
+class MainWindowTextsTest : public MainWindowTest, public testing::WithParamInterface<std::wstring> {};
+
+INSTANTIATE_TEST_SUITE_P(Languages, MainWindowTextsTest, testing::ValuesIn(test::languageFiles()),
+                         [](const testing::TestParamInfo<std::wstring>& info) {
+                             return utf8(info.param.substr(0, info.param.find(L'.')));
+                         });
+
+TEST_P(MainWindowTextsTest, HasMenusWithALetterForEachCommand) {
+    test::loadLanguage(GetParam());
+    open();
+
+    EXPECT_THAT(test::wrongAccessKeys(GetMenu(window)), IsEmpty());
+    const HMENU pagesMenu = host::createPagesMenu({L"First", L"Second"});
+    EXPECT_THAT(test::wrongAccessKeys(pagesMenu), IsEmpty());
+    DestroyMenu(pagesMenu);
+}
+
+} // namespace
