@@ -1,4 +1,6 @@
 // Takes the picture of a dialog or message box, shown by the real component over example settings.
+#include "Photograph.h"
+
 #include "host/ComponentModule.h"
 #include "host/DialogPilot.h"
 #include "host/DirectoryDialogControls.h"
@@ -20,7 +22,7 @@
 
 #include <windows.h>
 
-#include <wincodec.h>
+#include <objbase.h>
 
 #include <chrono>
 #include <cstdio>
@@ -68,71 +70,6 @@ const Entry& find(const Entry (&entries)[count], const wchar_t* Entry::*name, co
     throw host::UsageError("There is no such picture or language.");
 }
 
-void check(HRESULT result, const char* what) {
-    if (FAILED(result))
-        throw host::HostError(std::string("The picture cannot be written: ") + what + " failed.");
-}
-
-/// A COM object of the imaging library, released at the end.
-template <class T> class Com {
-public:
-    Com() = default;
-    ~Com() {
-        if (object)
-            object->Release();
-    }
-    Com(const Com&) = delete;
-    Com& operator=(const Com&) = delete;
-
-    T** operator&() { return &object; }
-    T* operator->() const { return object; }
-    T* get() const { return object; }
-
-private:
-    T* object = nullptr;
-};
-
-void writePng(HBITMAP bitmap, const std::wstring& path) {
-    Com<IWICImagingFactory> factory;
-    check(CoCreateInstance(CLSID_WICImagingFactory, nullptr, CLSCTX_INPROC_SERVER, IID_IWICImagingFactory,
-                           reinterpret_cast<void**>(&factory)),
-          "the imaging library");
-    Com<IWICBitmap> pixels;
-    check(factory->CreateBitmapFromHBITMAP(bitmap, nullptr, WICBitmapIgnoreAlpha, &pixels), "reading pixels");
-    Com<IWICStream> stream;
-    check(factory->CreateStream(&stream), "a stream");
-    check(stream->InitializeFromFilename(path.c_str(), GENERIC_WRITE), "making the file");
-    Com<IWICBitmapEncoder> encoder;
-    check(factory->CreateEncoder(GUID_ContainerFormatPng, nullptr, &encoder), "the PNG encoder");
-    check(encoder->Initialize(stream.get(), WICBitmapEncoderNoCache), "starting the encoder");
-    Com<IWICBitmapFrameEncode> frame;
-    check(encoder->CreateNewFrame(&frame, nullptr), "a frame");
-    check(frame->Initialize(nullptr), "starting the frame");
-    WICPixelFormatGUID format = GUID_WICPixelFormat24bppBGR;
-    check(frame->SetPixelFormat(&format), "the pixel format");
-    check(frame->WriteSource(pixels.get(), nullptr), "writing pixels");
-    check(frame->Commit(), "closing the frame");
-    check(encoder->Commit(), "closing the file");
-}
-
-/// The window as it stands on the screen, with its title bar.
-void photograph(HWND window, const std::wstring& path) {
-    RECT area;
-    GetWindowRect(window, &area);
-    const int width = area.right - area.left;
-    const int height = area.bottom - area.top;
-    const HDC windowDc = GetWindowDC(window);
-    const HDC memoryDc = CreateCompatibleDC(windowDc);
-    const HBITMAP bitmap = CreateCompatibleBitmap(windowDc, width, height);
-    const HGDIOBJ previous = SelectObject(memoryDc, bitmap);
-    BitBlt(memoryDc, 0, 0, width, height, windowDc, 0, 0, SRCCOPY);
-    SelectObject(memoryDc, previous);
-    writePng(bitmap, path);
-    DeleteObject(bitmap);
-    DeleteDC(memoryDc);
-    ReleaseDC(window, windowDc);
-}
-
 /// Takes the picture of one window.
 class Photographer {
 public:
@@ -152,7 +89,7 @@ public:
                    host::inOrder({fill,
                                   [this](HWND window) {
                                       makeSteady(window);
-                                      photograph(window, path);
+                                      Photograph(window).writePng(path);
                                       return true;
                                   },
                                   host::click(close)}));
