@@ -5,11 +5,11 @@
 #include "host/GuardedCall.h"
 #include "host/UniqueHandle.h"
 #include "host/desktop/PageIcons.h"
+#include "host/desktop/PictureOrientation.h"
 #include "host/desktop/PictureShrinker.h"
 
 #include <windows.h>
 
-#include <propidl.h>
 #include <shlwapi.h>
 #include <wincodec.h>
 #include <wrl/client.h>
@@ -59,26 +59,11 @@ ComPtr<IWICBitmapDecoder> decoderFor(const std::wstring& path, const UniqueHandl
     return decoder;
 }
 
-/// How the frame is turned, from 1 to 8 as EXIF and TIFF have it.
-unsigned orientationOf(IWICBitmapFrameDecode& frame) {
-    unsigned orientation = 1;
-    ComPtr<IWICMetadataQueryReader> metadata;
-    if (FAILED(frame.GetMetadataQueryReader(&metadata)))
-        return orientation;
-    for (const wchar_t* name : {L"/app1/ifd/{ushort=274}", L"/ifd/{ushort=274}"}) {
-        PROPVARIANT value;
-        PropVariantInit(&value);
-        if (SUCCEEDED(metadata->GetMetadataByName(name, &value)) && value.vt == VT_UI2)
-            orientation = value.uiVal;
-        PropVariantClear(&value);
-    }
-    return orientation;
-}
-
 Thumbnail decode(const std::wstring& path, const UniqueHandle& file, int side,
                  const std::atomic<bool>& stopped) {
     if (!file)
         throw NoPicture{Thumbnail::Kind::Broken};
+    const unsigned orientation = orientationOf(file.get());
     const ComPtr<IWICBitmapDecoder> decoder = decoderFor(path, file);
     UINT frames = 0;
     ComPtr<IWICBitmapFrameDecode> frame;
@@ -108,7 +93,7 @@ Thumbnail decode(const std::wstring& path, const UniqueHandle& file, int side,
         for (UINT row = 0; row < rows; ++row)
             shrinker.addRow(strip.data() + std::size_t{row} * width * 4);
     }
-    Thumbnail thumbnail = turned(shrinker.picture(), orientationOf(*frame.Get()));
+    Thumbnail thumbnail = turned(shrinker.picture(), orientation);
     thumbnail.frames = std::max(1U, frames);
     return thumbnail;
 }

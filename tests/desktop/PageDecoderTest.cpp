@@ -94,6 +94,35 @@ TEST_F(PageDecoderTest, TurnsAPictureAsItsFileSays) {
     EXPECT_THAT(at(thumbnail, 10, 37), IsNearly(test::blue));
 }
 
+/// EXIF data with the orientation as its second entry, as a JPEG file holds them.
+std::string exifSegment(char byteOrder, char orientation) {
+    const auto number = [byteOrder](std::string little) {
+        return byteOrder == 'M' ? std::string(little.rbegin(), little.rend()) : little;
+    };
+    const auto entry = [&](const std::string& tag, char value) {
+        return number(tag) + number({3, 0}) + number({1, 0, 0, 0}) + number({value, 0}) +
+               std::string(2, '\0');
+    };
+    const std::string data = std::string("Exif\0\0", 6) + byteOrder + byteOrder + number({42, 0}) +
+                             number({8, 0, 0, 0}) + number({2, 0}) + entry({3, 1}, 1) +
+                             entry({0x12, 1}, orientation) + std::string(4, '\0');
+    return "\xFF\xE1" + std::string{0, static_cast<char>(data.size() + 2)} + data;
+}
+
+TEST_F(PageDecoderTest, TurnsAPhotographAsItsFileSays) {
+    const std::string picture = encodedPicture("jpg", 40, 20);
+    const std::string start = picture.substr(0, 2);
+    const std::string comment("\xFF\xFE\0\6text", 8);
+    for (const char byteOrder : {'I', 'M'}) {
+        const Thumbnail thumbnail =
+            decoded(L"a.jpg", start + comment + exifSegment(byteOrder, 6) + picture.substr(2));
+        expectSize(thumbnail, 20, 40);
+        EXPECT_THAT(at(thumbnail, 10, 2), IsNearly(test::red)) << byteOrder;
+        EXPECT_THAT(at(thumbnail, 10, 37), IsNearly(test::blue)) << byteOrder;
+    }
+    expectSize(decoded(L"b.jpg", start + exifSegment('I', 1) + picture.substr(2)), 40, 20);
+}
+
 TEST_F(PageDecoderTest, WhatTheSystemCannotDecodeIsADocument) {
     for (const wchar_t* name : {L"a.pdf", L"a.jp2", L"a.xyz", L"a"}) {
         const Thumbnail thumbnail = decoded(name, "%PDF-1.7\n");
