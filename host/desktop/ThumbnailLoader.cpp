@@ -8,6 +8,7 @@
 #include <objbase.h>
 
 #include <algorithm>
+#include <new>
 #include <utility>
 
 namespace host {
@@ -60,13 +61,18 @@ void ThumbnailLoader::makeThumbnails() {
     SetThreadPriority(GetCurrentThread(), THREAD_PRIORITY_BELOW_NORMAL);
     // Decoders that others have installed may be COM objects like any.
     const bool initialized = SUCCEEDED(CoInitializeEx(nullptr, COINIT_MULTITHREADED));
-    while (std::optional<Request> request = nextRequest()) {
-        auto thumbnail =
-            std::make_shared<const Thumbnail>(decodePage(request->page.path, request->size, ending));
+    while (const std::optional<Request> request = nextRequest()) {
+        try {
+            Result result{*request, std::make_shared<const Thumbnail>(
+                                        decodePage(request->page.path, request->size, ending))};
+            const std::lock_guard lock(mutex);
+            results.push_back(std::move(result));
+            window.callSoon();
+        } catch (const std::bad_alloc&) {
+            // Who shows the page asks again when it paints, and there may be more memory by then.
+        }
         const std::lock_guard lock(mutex);
-        results.push_back({std::move(*request), std::move(thumbnail)});
         beingMade.reset();
-        window.callSoon();
     }
     if (initialized)
         CoUninitialize();
