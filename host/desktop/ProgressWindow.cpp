@@ -32,7 +32,7 @@ void setText(HWND dialog, int control, const std::wstring& text) {
 
 /// Over the owner, but inside the work area of its screen.
 void centreOver(HWND owner, HWND window) {
-    RECT around;
+    RECT around{};
     GetWindowRect(owner, &around);
     MONITORINFO monitor = {};
     monitor.cbSize = sizeof monitor;
@@ -66,26 +66,22 @@ void waitFor(HANDLE object) {
 ProgressWindow::ProgressWindow(HWND owner, Texts texts, std::function<void()> whenStop)
     : owner(owner), texts(std::move(texts)), whenStop(std::move(whenStop)),
       ended(CreateEventW(nullptr, TRUE, FALSE, nullptr)) {
-    HANDLE ready = CreateEventW(nullptr, TRUE, FALSE, nullptr);
-    thread = std::thread([this, ready] { run(ready); });
-    waitFor(ready);
-    CloseHandle(ready);
+    const UniqueHandle ready(CreateEventW(nullptr, TRUE, FALSE, nullptr));
+    thread = std::thread([this, handle = ready.get()] { run(handle); });
+    waitFor(ready.get());
 }
 
 ProgressWindow::~ProgressWindow() {
     PostMessageW(window, endMessage, 0, 0);
-    waitFor(ended);
+    waitFor(ended.get());
     thread.join();
-    CloseHandle(ended);
 }
 
 void ProgressWindow::show(Progress now) {
-    {
-        const std::lock_guard lock(mutex);
-        progress = std::move(now);
-    }
-    if (!isUpdatePosted.exchange(true))
-        PostMessageW(window, updateMessage, 0, 0);
+    const std::lock_guard lock(mutex);
+    progress = std::move(now);
+    if (!isUpdatePosted)
+        isUpdatePosted = PostMessageW(window, updateMessage, 0, 0) != FALSE;
 }
 
 void ProgressWindow::standAside(bool aside) {
@@ -97,6 +93,8 @@ void ProgressWindow::run(HANDLE ready) {
     if (FAILED(CoCreateInstance(CLSID_TaskbarList, nullptr, CLSCTX_INPROC_SERVER, IID_ITaskbarList3,
                                 reinterpret_cast<void**>(&taskbar))))
         taskbar = nullptr;
+    else
+        taskbar->HrInit();
     window = CreateDialogParamW(GetModuleHandleW(nullptr), MAKEINTRESOURCEW(IDD_EXPORT_PROGRESS), nullptr,
                                 procedure, reinterpret_cast<LPARAM>(this));
     SetEvent(ready);
@@ -113,7 +111,7 @@ void ProgressWindow::run(HANDLE ready) {
     }
     if (SUCCEEDED(com))
         CoUninitialize();
-    SetEvent(ended);
+    SetEvent(ended.get());
 }
 
 INT_PTR CALLBACK ProgressWindow::procedure(HWND window, UINT message, WPARAM wParam, LPARAM lParam) {
@@ -165,11 +163,11 @@ void ProgressWindow::initialize(HWND dialog) {
 }
 
 void ProgressWindow::update() {
-    isUpdatePosted = false;
     Progress now;
     {
         const std::lock_guard lock(mutex);
-        now = progress;
+        now = std::move(progress);
+        isUpdatePosted = false;
     }
     setText(window, IDC_PROGRESS_PAGE, now.page);
     setText(window, IDC_PROGRESS_NAME, now.name);
@@ -182,7 +180,8 @@ void ProgressWindow::update() {
 
 void ProgressWindow::appear() {
     KillTimer(window, appearTimer);
-    if (IsWindowVisible(window))
+    // A message of the timer may have been on the way already when that was stopped.
+    if (isAside || IsWindowVisible(window))
         return;
     centreOver(owner, window);
     if (GetForegroundWindow() == owner) {

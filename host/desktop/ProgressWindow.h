@@ -1,6 +1,8 @@
 // Shows how far an export has come, and lets it be stopped.
 #pragma once
 
+#include "host/UniqueHandle.h"
+
 #include <windows.h>
 
 #include <atomic>
@@ -62,11 +64,12 @@ private:
     const HWND owner;
     const Texts texts;
     const std::function<void()> whenStop;
-    HANDLE ended;
+    const UniqueHandle ended;
     std::atomic<HWND> window = nullptr;
-    std::mutex mutex; ///< guards progress
+
+    std::mutex mutex; ///< guards what follows
     Progress progress;
-    std::atomic<bool> isUpdatePosted = false;
+    bool isUpdatePosted = false;
 
     // The window's thread only.
     ITaskbarList3* taskbar = nullptr;
