@@ -41,7 +41,9 @@ PageFile checkPageFile(const std::wstring& path) {
         refuse(path, GetLastError());
     if (count == 0)
         refuse(path, ERROR_HANDLE_EOF);
-    return {identityOf(file).value_or(FileIdentity{}), info.LastWriteTime.QuadPart};
+    LARGE_INTEGER size{};
+    GetFileSizeEx(file.get(), &size);
+    return {identityOf(file).value_or(FileIdentity{}), info.LastWriteTime.QuadPart, size.QuadPart};
 }
 
 FileFolder::FileFolder(std::wstring path) : folderPath(std::move(path)) {

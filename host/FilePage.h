@@ -20,6 +20,7 @@ struct PageFile {
     FileIdentity identity;
     /// When it was last written to, as a FILETIME counts.
     LONGLONG written = 0;
+    LONGLONG size = 0;
 };
 
 /// Looks a file over as a page. Throws FileError, with the file's path and what is wrong with it, when it does not
@@ -77,6 +78,8 @@ public:
     const FileIdentity& identity() const noexcept { return file.identity; }
     /// When it had last been written to then.
     LONGLONG written() const noexcept { return file.written; }
+    /// How many bytes it had then.
+    LONGLONG size() const noexcept { return file.size; }
 
 private:
     std::wstring filePath;

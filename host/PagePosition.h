@@ -10,7 +10,7 @@
 
 namespace host {
 
-/// Knows which page the engine is at, and tells of each.
+/// Knows which page the engine is at, and tells of each. Pages that are not of this export do not matter.
 class PagePosition : public PageWatcher {
 public:
     /// @param pages       not owned; may still be empty, as long as no page is asked for

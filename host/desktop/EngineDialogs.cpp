@@ -7,6 +7,7 @@
 #include "host/Text.h"
 
 #include <algorithm>
+#include <new>
 #include <utility>
 
 namespace host {
@@ -54,6 +55,10 @@ std::optional<std::wstring> EngineDialogs::place() const {
     return found == entries.end() ? std::nullopt : std::optional(*found);
 }
 
+void EngineDialogs::exportBegins() {
+    isExporting = true;
+}
+
 void EngineDialogs::forgetAnswers() {
     overwrittenFile.reset();
     refused = false;
@@ -61,8 +66,13 @@ void EngineDialogs::forgetAnswers() {
 
 LRESULT CALLBACK EngineDialogs::onMessage(int code, WPARAM wParam, LPARAM lParam) {
     const auto* const message = reinterpret_cast<const CWPSTRUCT*>(lParam);
-    if (code == HC_ACTION && message->message == WM_COMMAND && HIWORD(message->wParam) == BN_CLICKED)
-        current->pressed(message->hwnd, LOWORD(message->wParam));
+    if (code == HC_ACTION && message->message == WM_COMMAND && HIWORD(message->wParam) == BN_CLICKED) {
+        try {
+            current->pressed(message->hwnd, LOWORD(message->wParam));
+        } catch (const std::bad_alloc&) {
+            // What was entered stays unknown. The system's code, which calls this, lets no exception through.
+        }
+    }
     return CallNextHookEx(nullptr, code, wParam, lParam);
 }
 
@@ -70,6 +80,8 @@ void EngineDialogs::pressed(HWND dialog, int button) {
     switch (button) {
     case IDOK:
         // The box that refuses an entry has none, and the dialog stays open behind it.
+        if (isExporting)
+            break;
         if (auto texts = textsOfEdits(dialog); !texts.empty())
             entries = std::move(texts);
         break;

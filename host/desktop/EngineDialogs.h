@@ -20,7 +20,7 @@ public:
     EngineDialogs(const EngineDialogs&) = delete;
     EngineDialogs& operator=(const EngineDialogs&) = delete;
 
-    /// The first of the full paths entered in the dialog that was confirmed last; one that exists comes before those
+    /// The first of the full paths entered in the dialog that was confirmed last before the export; one that exists comes before those
     /// that do not. None when no path was entered.
     std::optional<std::wstring> place() const;
 
@@ -30,6 +30,9 @@ public:
     /// Whether the person's last answer to a question was No.
     bool isRefused() const { return refused; }
 
+    /// The engine's dialog is over. What is entered from now on, say in a mail client's windows, is no place.
+    void exportBegins();
+
     /// The engine goes on: what was answered so far explains nothing that comes.
     void forgetAnswers();
 
@@ -38,6 +41,7 @@ private:
     void pressed(HWND dialog, int button);
 
     HHOOK hook;
+    bool isExporting = false;
     std::vector<std::wstring> entries;
     std::optional<std::wstring> overwrittenFile;
     bool refused = false;

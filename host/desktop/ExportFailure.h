@@ -24,8 +24,9 @@ struct Explanation {
     std::wstring path;               ///< of the file or folder concerned; may be empty
 };
 
-/// Takes what an engine reports, and whatever its thread logs as a failure meanwhile. The reports go into the log too. What the person is told is looked up by the engine's own words in the section ScanHost.Reports; a
-/// sentence there that has room for a page's number is about the page that the engine is at.
+/// Takes what an engine reports, and whatever its thread logs as a failure meanwhile. The reports go into the log too.
+/// What the person is told is looked up by the engine's own words in the section ScanHost.Reports; a sentence there
+/// that has room for a page's number is about the page that the engine is at.
 class ExportFailure : public ExportErrorSink, public bxutils::LogListener {
 public:
     /// None of these is owned; all must outlive this object.

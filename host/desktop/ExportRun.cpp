@@ -21,7 +21,6 @@
 #include <shlobj.h>
 #include <shlwapi.h>
 
-#include <algorithm>
 #include <cstdint>
 #include <exception>
 #include <utility>
@@ -58,6 +57,11 @@ void dropInput() {
     MSG message;
     for (const auto& [first, last] : ranges) {
         while (PeekMessageW(&message, nullptr, first, last, PM_REMOVE)) {
+            // It comes whatever was asked for.
+            if (message.message == WM_QUIT) {
+                PostQuitMessage(static_cast<int>(message.wParam));
+                return;
+            }
         }
     }
 }
@@ -118,6 +122,7 @@ public:
             engine->addData(page.get());
         if (!engine->showDialog())
             return ExportResult::Cancelled;
+        dialogs.exportBegins();
         addUpSizes();
         ExportFailure failure(pages, watch, dialogs);
         return exportPages(*engine, failure);
@@ -127,13 +132,11 @@ public:
 
 private:
     void addUpSizes() {
-        std::int64_t sum = 0;
         sizesBefore.reserve(pages.size());
         for (const auto& page : pages) {
-            sizesBefore.push_back(sum);
-            sum += std::max<std::int64_t>(bxdisk::File(page->path()).getFileSize(), 0);
+            sizesBefore.push_back(totalSize);
+            totalSize += page->size();
         }
-        totalSize = sum;
     }
 
     Progress progressAt(std::size_t index) const {
@@ -168,10 +171,11 @@ private:
             log(error);
             return tellFailure(failure.general(), failure.details());
         }
-        if (result == engineDone && failure.details().empty())
-            return tellDone();
+        // Before success is believed: an engine may pass over pages that it gets no data of.
         if (result == engineStopped || watch.hasRefused())
             return tellStopped(last.value_or(0));
+        if (result == engineDone && failure.details().empty())
+            return tellDone();
         if (result != engineDone && dialogs.isRefused() && !failure.isMailRefused())
             return tellStopped(std::nullopt);
         return tellFailure(failure.explanation(), failure.details());
