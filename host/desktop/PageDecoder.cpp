@@ -107,7 +107,8 @@ Thumbnail decodePage(const std::wstring& path, int side, const std::atomic<bool>
                                         OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
     Thumbnail::Kind instead = Thumbnail::Kind::Broken;
     std::optional<Thumbnail> thumbnail;
-    const std::optional<Crash> crash = callGuarded([&] {
+    // A crash leaves it without a thumbnail, as an exception does.
+    callGuarded([&] {
         try {
             thumbnail = decode(path, file, side, stopped);
         } catch (const NoPicture& reason) {
@@ -116,7 +117,7 @@ Thumbnail decodePage(const std::wstring& path, int side, const std::atomic<bool>
             instead = Thumbnail::Kind::Document;
         }
     });
-    if (!crash && thumbnail)
+    if (thumbnail)
         return std::move(*thumbnail);
     return instead == Thumbnail::Kind::Document ? documentIcon(side) : brokenIcon(side);
 }

@@ -68,6 +68,18 @@ TEST_F(ExportRunTest, KnowsNoPlaceOfPagesThatWereMailed) {
     EXPECT_FALSE(shown.canOpen);
 }
 
+TEST_F(ExportRunTest, TellsOfNoPlaceThatIsNotThere) {
+    const test::MailClient client;
+    addPages(1);
+    using host::mailDialog::subjectEdit;
+
+    EXPECT_EQ(run("mail.file", subjectEdit, {host::enterText(subjectEdit, folder / L"march")}),
+              ExportResult::Done);
+
+    EXPECT_EQ(shown.path, L"");
+    EXPECT_FALSE(shown.canOpen);
+}
+
 TEST_F(ExportRunTest, IsOverWithoutAWordWhenTheEnginesDialogIsCancelled) {
     addPages(1);
     dialogButton = IDCANCEL;
@@ -123,6 +135,7 @@ TEST_F(ExportRunTest, TheNextExportIsNotStopped) {
     addPages(3);
     watch.whenAtPage = [this](std::size_t) { pressStop(); };
     EXPECT_EQ(exportToDirectory(out), ExportResult::Stopped);
+    EXPECT_EQ(shown.path, L"") << "nothing is there yet";
     watch.whenAtPage = nullptr;
 
     EXPECT_EQ(exportToDirectory(out), ExportResult::Done);
@@ -236,6 +249,21 @@ TEST_F(ExportRunTest, TellsAnUnknownCodeOfTheMailProgram) {
 
     EXPECT_EQ(shown.text, L"The mail program did not take the message.\n"
                           L"The mail program gave no reason but Simple MAPI code 77.");
+}
+
+TEST_F(ExportRunTest, ANoToTheMailProgramIsNoStop) {
+    test::MailClient client;
+    client.behaviour = [](const test::MailCall&) -> ULONG {
+        MessageBoxW(nullptr, L"Try again?", L"Mail", MB_YESNO);
+        return MAPI_E_FAILURE;
+    };
+    addPages(1);
+    question = IDNO;
+    pilot.always(host::anyMessageBox(), host::click(IDOK));
+
+    EXPECT_EQ(exportToMail(), ExportResult::Failed);
+
+    EXPECT_THAT(shown.text, StartsWith(L"The mail program did not take the message."));
 }
 
 TEST_F(ExportRunTest, TellsOfACrash) {

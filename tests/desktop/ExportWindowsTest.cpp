@@ -170,6 +170,29 @@ TEST_F(ProgressWindowTest, IsNotOwnedAcrossThreads) {
     EXPECT_NE(GetWindowThreadProcessId(window, nullptr), GetCurrentThreadId());
 }
 
+TEST(ProgressWindowOfAMomentTest, IsNotSeen) {
+    const test::OwnerWindow owner;
+    const auto begin = std::chrono::steady_clock::now();
+    const host::ProgressWindow progress(owner, {L"Export", L"Stop", L"Stopping"}, [] {});
+    Sleep(150);
+    const bool isSeen = test::progressWindow() != nullptr;
+    // A machine that is too busy for the question gives no answer.
+    if (std::chrono::steady_clock::now() - begin < std::chrono::milliseconds(300)) {
+        EXPECT_FALSE(isSeen);
+    }
+}
+
+TEST(ProgressWindowInTheBackgroundTest, LeavesTheKeyboardWhereItIs) {
+    const test::OwnerWindow owner;
+    const test::OwnerWindow other;
+    SetForegroundWindow(other);
+    const host::ProgressWindow progress(owner, {L"Export", L"Stop", L"Stopping"}, [] {});
+    ASSERT_TRUE(test::waitUntil(test::progressWindow));
+    // Answered once the window has got done with appearing.
+    SendMessageW(test::progressWindow(), WM_NULL, 0, 0);
+    EXPECT_EQ(GetForegroundWindow(), other.GetSafeHwnd());
+}
+
 class StandingAsideTest : public test::ExportRunFixture {};
 
 TEST_F(StandingAsideTest, LastsAsLongAsTheEngineAsks) {

@@ -17,6 +17,7 @@
 #include <cstdint>
 #include <cstdlib>
 #include <functional>
+#include <new>
 #include <optional>
 #include <string>
 #include <vector>
@@ -203,6 +204,15 @@ TEST_F(PageDecoderTest, APictureThatTheDecoderCrashesOnIsBroken) {
         EXPECT_EQ(decoded(L"a.png", bytes).kind, Kind::Broken);
     }
     EXPECT_EQ(decoded(L"a.png", bytes).kind, Kind::Picture) << "the next one";
+}
+
+HRESULT WINAPI runOutOfMemory(REFWICPixelFormatGUID, IWICBitmapSource*, IWICBitmapSource**) {
+    throw std::bad_alloc();
+}
+
+TEST_F(PageDecoderTest, APictureThatThereIsNoMemoryForIsADocument) {
+    const test::ImportHook hook("WICConvertBitmapSource", reinterpret_cast<void*>(&runOutOfMemory));
+    EXPECT_EQ(decoded(L"a.png", encodedPicture("png", 40, 20)).kind, Kind::Document);
 }
 
 std::function<void()> whileOpen;

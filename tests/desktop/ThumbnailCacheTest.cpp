@@ -55,6 +55,14 @@ TEST(ThumbnailCacheTest, NeverHoldsMoreThanItsLimit) {
     EXPECT_EQ(cache.bytes(), 0U);
 }
 
+TEST(ThumbnailCacheTest, HoldsAsMuchAsItsLimit) {
+    ThumbnailCache cache(800);
+    cache.put(page(L"a"), thumbnailOf(400));
+    cache.put(page(L"b"), thumbnailOf(400));
+    EXPECT_TRUE(cache.find(page(L"a")));
+    EXPECT_TRUE(cache.find(page(L"b")));
+}
+
 TEST(ThumbnailCacheTest, ReplacesOneOfTheSamePage) {
     ThumbnailCache cache(1000);
     cache.put(page(L"a"), thumbnailOf(400));
