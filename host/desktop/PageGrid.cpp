@@ -55,9 +55,11 @@ void PageGrid::arrange() {
 }
 
 void PageGrid::setCount(std::size_t newCount) {
-    SendMessage(LVM_SETITEMCOUNT, newCount, LVSICF_NOSCROLL);
-    // Wine gives new icons a place only now.
+    const auto set = [&] { SendMessage(LVM_SETITEMCOUNT, newCount, LVSICF_NOSCROLL); };
+    set();
+    // Wine gives new icons a place only now, and then learns only by being told again how far it can scroll.
     arrange();
+    set();
 }
 
 std::size_t PageGrid::count() const {
