@@ -16,6 +16,7 @@
 
 #include <algorithm>
 #include <exception>
+#include <optional>
 #include <utility>
 
 namespace host {
@@ -63,7 +64,12 @@ END_MESSAGE_MAP()
 MainWindow::MainWindow(const EnginesManager& manager, DesktopSettings settings)
     : manager(manager), settings(std::move(settings)), thumbnails([this] { view.thumbnailsLoaded(); }),
       adder(
-          pages, [this](std::size_t) { pagesChanged(); },
+          pages,
+          [this](std::size_t) {
+              pagesChanged();
+              if (firstNew)
+                  view.show(*std::exchange(firstNew, std::nullopt));
+          },
           [this](const std::vector<LeftOut>& leftOut) {
               update();
               if (!leftOut.empty())
@@ -72,8 +78,7 @@ MainWindow::MainWindow(const EnginesManager& manager, DesktopSettings settings)
     view.whenSelectionChanges = [this] { update(); };
     view.whenReordered = [this] { update(); };
     view.whenDropped = [this](const std::vector<std::wstring>& paths, std::size_t position) {
-        adder.add(paths, position);
-        update();
+        addAt(position, paths);
     };
     view.whenMenuWanted = [this](CPoint screen) { showPagesMenu(screen); };
 }
@@ -113,10 +118,7 @@ void MainWindow::setTexts() {
 }
 
 void MainWindow::add(const std::vector<std::wstring>& paths) {
-    if (paths.empty())
-        return;
-    adder.add(paths, view.insertPosition());
-    update();
+    addAt(pages.size(), paths);
 }
 
 bool MainWindow::translate(MSG& message) {
@@ -134,6 +136,11 @@ LRESULT MainWindow::OnCreate(WPARAM, LPARAM) {
 
 LRESULT MainWindow::OnClose(WPARAM, LPARAM) {
     if (!watch.isRunning()) {
+        // Whoever shows a dialog still needs the window when that is closed.
+        if (!IsWindowEnabled()) {
+            ::SetForegroundWindow(GetLastActivePopup()->m_hWnd);
+            return 0;
+        }
         settings.setWindowPlace(placeOf(m_hWnd));
         return Default();
     }
@@ -208,7 +215,7 @@ void MainWindow::OnAddFolder() {
 }
 
 void MainWindow::OnPaste() {
-    add(pathsOnClipboard(m_hWnd));
+    addAt(view.insertPosition(), pathsOnClipboard(m_hWnd));
 }
 
 void MainWindow::OnRemove() {
@@ -261,6 +268,15 @@ void MainWindow::layOut() {
     view.MoveWindow(CRect(0, top, area.right, std::max(top, bottom)));
 }
 
+void MainWindow::addAt(std::size_t position, const std::vector<std::wstring>& paths) {
+    if (paths.empty())
+        return;
+    if (!adder.isAdding())
+        firstNew = position;
+    adder.add(paths, position);
+    update();
+}
+
 void MainWindow::pagesChanged() {
     view.pagesChanged();
     update();
@@ -291,6 +307,9 @@ void MainWindow::tellLeftOut(const std::vector<LeftOut>& leftOut) {
 bool MainWindow::isPossible(UINT command) const {
     if (command >= commandExport && command < commandExportsEnd)
         return isExportPossible(command);
+    // The settings would load components anew of which one is at work.
+    if (watch.isRunning())
+        return command == commandExit;
     const auto selected = view.selection();
     switch (command) {
     case commandPaste:

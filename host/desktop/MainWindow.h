@@ -16,6 +16,7 @@
 
 #include <cstddef>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -25,6 +26,7 @@ namespace host {
 ///
 /// An export takes the selected pages when there are several, otherwise all: a single one is often selected just by
 /// looking at it. The status bar and the tips say which, and a menu has exports of the one and the other kind.
+/// For the same reason only what is pasted comes behind the selected pages; other new pages come at the end.
 ///
 /// Thread: the user-interface thread. Destroying the window ends the thread's message loop.
 class MainWindow : public CWnd {
@@ -42,7 +44,7 @@ public:
     /// Takes all texts from the current language and all targets from the manager, again.
     void setTexts();
 
-    /// Adds files and the pages of folders behind the selected pages, in the background.
+    /// Adds files and the pages of folders at the end, in the background, and shows the first of them.
     /// @param paths  full ones
     void add(const std::vector<std::wstring>& paths);
 
@@ -82,6 +84,7 @@ private:
     DECLARE_MESSAGE_MAP()
 
     void layOut();
+    void addAt(std::size_t position, const std::vector<std::wstring>& paths);
     void pagesChanged();
     void update();
     void sort(PageOrder order);
@@ -106,7 +109,8 @@ private:
     StatusBar status;
     Font font;
     HACCEL shortcuts = nullptr;
-    HWND lastFocus = nullptr; ///< the pane that had the focus before another window was active
+    std::optional<std::size_t> firstNew; ///< where the pages that are being added begin, until that is shown
+    HWND lastFocus = nullptr;            ///< the pane that had the focus before another window was active
     bool closesAfterExport = false;
 };
 

@@ -46,6 +46,8 @@ public:
     /// Selects these pages and no others, and shows the first.
     void select(const std::vector<std::size_t>& indices);
     void selectAll() { grid.selectAll(); }
+    /// Scrolls only as far as is needed to see the page.
+    void show(std::size_t index) { grid.show(index); }
 
     /// Moves the selected pages together before the page in front of them, or behind the page after them.
     void moveSelectionBack();

@@ -4,6 +4,7 @@
 #include "SorvaneCommon/ExportUtils/ExportEngineBase.h"
 #include "SorvaneCommon/ExportUtils/ExportFactoryBase.h"
 #include "bxbase/ReferencedImpl.h"
+#include "desktop/FileData.h"
 #include "host/CommandLinePath.h"
 #include "host/DialogPilot.h"
 #include "host/HostApplication.h"
@@ -94,6 +95,8 @@ protected:
     }
 
     void open() {
+        // The window of the test before has told the thread to end.
+        command(0);
         ASSERT_TRUE(window.create());
         window.setTexts();
         window.showFirst(SW_SHOWNORMAL);
@@ -108,7 +111,29 @@ protected:
 
     void addPaths(const Names& paths) {
         window.add(paths);
+        waitUntilAdded();
+    }
+
+    void paste(const std::wstring& path) {
+        ASSERT_TRUE(OpenClipboard(window));
+        EmptyClipboard();
+        EXPECT_TRUE(SetClipboardData(CF_HDROP, test::fileData({path})));
+        CloseClipboard();
+        command(host::commandPaste);
+        waitUntilAdded();
+    }
+
+    void waitUntilAdded() {
         EXPECT_TRUE(test::handleMessagesUntil([this] { return !statusPart(0).starts_with(L"Adding"); }));
+    }
+
+    bool isInSight(std::size_t index) const {
+        CRect icon;
+        icon.left = LVIR_ICON;
+        SendMessageW(list(), LVM_GETITEMRECT, index, reinterpret_cast<LPARAM>(&icon));
+        CRect client;
+        GetClientRect(list(), &client);
+        return client.PtInRect(icon.CenterPoint());
     }
 
     /// What the menu's entry and the shortcut send; waits until the view has told of a changed selection.
@@ -287,14 +312,27 @@ TEST_F(MainWindowTest, PutsPagesInOrderAndRemovesThem) {
     EXPECT_FALSE(isOffered(host::commandRemove));
 }
 
-TEST_F(MainWindowTest, AddsBehindTheSelectedPages) {
+TEST_F(MainWindowTest, AddsAtTheEndAndPastesBehindTheSelectedPages) {
     open();
     addPages({L"a.pdf", L"z.pdf"});
     select(0, 1);
-    addPages({L"b.pdf"});
+    addPages({L"end.pdf"});
+    paste(folder.write(L"b.pdf", "%PDF-1.4"));
 
     exportWith(host::commandExportAll);
-    EXPECT_THAT(target.names, ElementsAre(L"a.pdf", L"b.pdf", L"z.pdf"));
+    EXPECT_THAT(target.names, ElementsAre(L"a.pdf", L"b.pdf", L"z.pdf", L"end.pdf"));
+}
+
+TEST_F(MainWindowTest, ShowsTheFirstPageThatHasBeenAdded) {
+    open();
+    addPages(Names(100, L"a.pdf"));
+    EXPECT_FALSE(isInSight(99));
+
+    addPages({L"b.pdf"});
+    EXPECT_TRUE(isInSight(100));
+    select(0, 1);
+    paste(folder / L"b.pdf");
+    EXPECT_TRUE(isInSight(1));
 }
 
 TEST_F(MainWindowTest, TellsOnceWhatItLeftOut) {
@@ -340,6 +378,36 @@ TEST_F(MainWindowTest, AsksBeforeItStopsAnExportToClose) {
         EXPECT_EQ(target.names.size(), answer == IDNO ? 2 : 1);
         EXPECT_EQ(IsWindow(window) != FALSE, answer == IDNO);
     }
+}
+
+TEST_F(MainWindowTest, OffersNothingButItsEndDuringAnExport) {
+    open();
+    addPages({L"a.pdf"});
+    select(0, 1);
+    int offered = 0;
+    target.during = [&] {
+        for (const UINT id : {host::commandAddFiles, host::commandRemove, host::commandSettings})
+            offered += isOffered(id);
+        EXPECT_TRUE(isOffered(host::commandExit));
+    };
+    exportWith(host::commandExport);
+    EXPECT_EQ(offered, 0);
+    EXPECT_TRUE(isOffered(host::commandSettings));
+}
+
+TEST_F(MainWindowTest, StaysWhileADialogOfItsIsOpen) {
+    open();
+    host::DialogPilot pilot(std::chrono::seconds(20));
+    pilot.then("the text about the program", host::anyMessageBox(), [this](HWND box) {
+        window.SendMessage(WM_CLOSE);
+        EXPECT_TRUE(IsWindow(window));
+        return host::click(IDOK)(box);
+    });
+    command(host::commandAbout);
+    EXPECT_TRUE(pilot.succeeded()) << pilot.failure();
+
+    window.SendMessage(WM_CLOSE);
+    EXPECT_FALSE(IsWindow(window));
 }
 
 TEST_F(MainWindowTest, IsWhereItWasTheLastTime) {
