@@ -122,6 +122,20 @@ TEST_F(ForeignEngineTest, AnExceptionIsAFailure) {
     EXPECT_THAT(shown.details, testing::HasSubstr(L"no flux"));
 }
 
+TEST_F(ForeignEngineTest, TellsTheResultWithoutAnOwnerToo) {
+    addPages(2);
+    watch.whenAtPage = [this](std::size_t index) {
+        if (index == 1)
+            owner.DestroyWindow();
+    };
+    EXPECT_EQ(exportBy([](const Items& items, ExportErrorSink&) {
+                  askForData(items);
+                  return 0;
+              }),
+              ExportResult::Done);
+    EXPECT_EQ(shown.text, L"2 pages have been exported.");
+}
+
 TEST_F(ForeignEngineTest, DoesNotKeepTheProgramFromEnding) {
     addPages(1);
     seesResult = false;
