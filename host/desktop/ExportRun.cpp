@@ -21,6 +21,7 @@
 #include <shlobj.h>
 #include <shlwapi.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <exception>
 #include <utility>
@@ -253,7 +254,10 @@ void showInFolder(const std::wstring& path) {
         ShellExecuteW(nullptr, L"open", path.c_str(), nullptr, nullptr, SW_SHOWNORMAL);
         return;
     }
-    if (PIDLIST_ABSOLUTE item = ILCreateFromPathW(path.c_str())) {
+    // Windows takes "/" in paths of files, its shell does not.
+    std::wstring shellPath = path;
+    std::ranges::replace(shellPath, L'/', L'\\');
+    if (PIDLIST_ABSOLUTE item = ILCreateFromPathW(shellPath.c_str())) {
         SHOpenFolderAndSelectItems(item, 0, nullptr, 0);
         ILFree(item);
     }
