@@ -1,5 +1,5 @@
 // Takes the picture of a dialog or message box, shown by the real component over example settings.
-#include "Photograph.h"
+#include "Photographer.h"
 
 #include "host/ComponentModule.h"
 #include "host/DialogPilot.h"
@@ -24,7 +24,6 @@
 
 #include <objbase.h>
 
-#include <chrono>
 #include <cstdio>
 #include <cwchar>
 #include <functional>
@@ -40,8 +39,6 @@ constexpr wchar_t registryBase[] = L"Sorvane\\DialogPicture";
 constexpr char directoryFactoryId[] = "com.brellix.sorvane.exportdata-factory.dir.file";
 constexpr char mailFactoryId[] = "com.brellix.sorvane.exportdata-factory.mail.file";
 constexpr char zipFactoryId[] = "com.brellix.sorvane.exportdata-factory.zip.file";
-
-constexpr std::chrono::seconds patience{30};
 
 struct Example {
     const wchar_t* language;
@@ -60,58 +57,6 @@ constexpr Example examples[] = {
     {L"cs", MAKELANGID(LANG_CZECH, SUBLANG_DEFAULT), L"C:\\Skeny\\Faktury 2024.zip", L"Faktura_",
      L"C:\\Skeny\\Faktury;C:\\Skeny\\Smlouvy;D:\\Archiv\\2024\\Dopisy;\\\\kancelar\\skeny\\Došlá pošta",
      L"C:\\Skener\\Faktura", "Faktury za říjen"},
-};
-
-template <class Entry, std::size_t count>
-const Entry& find(const Entry (&entries)[count], const wchar_t* Entry::*name, const std::wstring& wanted) {
-    for (const Entry& entry : entries)
-        if (wanted == entry.*name)
-            return entry;
-    throw host::UsageError("There is no such picture or language.");
-}
-
-/// Takes the picture of one window.
-class Photographer {
-public:
-    using Action = host::DialogPilot::Action;
-
-    explicit Photographer(std::wstring path) : path(std::move(path)) {}
-
-    /// @param control  tells the window from others
-    /// @param close    the button that closes it
-    /// @param show     shows it and returns when it is closed
-    /// @param fill     makes it as it is to be in the picture
-    void take(
-        int control, int close, const std::function<void()>& show,
-        const Action& fill = [](HWND) { return true; }) const {
-        host::DialogPilot pilot(patience);
-        pilot.then("the window", host::dialogWith(control),
-                   host::inOrder({fill,
-                                  [this](HWND window) {
-                                      makeSteady(window);
-                                      Photograph(window).writePng(path);
-                                      return true;
-                                  },
-                                  host::click(close)}));
-        show();
-        if (!pilot.succeeded())
-            throw host::HostError("The picture was not taken: " + pilot.failure());
-    }
-
-private:
-    /// Leaves neither selection nor caret, which would look different each time.
-    static void makeSteady(HWND window) {
-        const HWND focus = GetFocus();
-        if (host::windowClass(focus) == L"Edit") {
-            SendMessageW(focus, EM_SETSEL, static_cast<WPARAM>(-1), 0);
-            HideCaret(focus);
-        }
-        // Without a window manager the title bar is drawn as that of a window in the background.
-        SendMessageW(window, WM_NCACTIVATE, TRUE, 0);
-        RedrawWindow(window, nullptr, nullptr, RDW_UPDATENOW | RDW_ALLCHILDREN);
-    }
-
-    std::wstring path;
 };
 
 /// What the component has remembered of earlier exports.
