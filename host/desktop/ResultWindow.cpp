@@ -4,6 +4,7 @@
 #include "host/desktop/ExportControls.h"
 #include "host/desktop/Texts.h"
 
+#include <algorithm>
 #include <cstring>
 
 namespace host {
@@ -84,6 +85,7 @@ BOOL ResultWindow::OnInitDialog() {
         removeBand(IDC_RESULT_DETAILS_LABEL, IDC_RESULT_DETAILS);
     if (report.path.empty())
         removeBand(IDC_RESULT_PATH_LABEL, IDC_RESULT_PATH);
+    fitText();
     // Its size differs from the template's, so the system's centring does not do.
     CenterWindow();
     return TRUE;
@@ -103,12 +105,28 @@ void ResultWindow::OnCopy() {
     putOnClipboard(m_hWnd, inLines(text));
 }
 
+// The template has room for the longest texts of all languages.
+void ResultWindow::fitText() {
+    CWnd* const text = GetDlgItem(IDC_RESULT_TEXT);
+    const CRect icon = placeOf(IDC_RESULT_ICON);
+    const CRect room = placeOf(IDC_RESULT_TEXT);
+    CRect needed = room;
+    const HDC dc = ::GetDC(m_hWnd);
+    const HGDIOBJ previous = SelectObject(dc, reinterpret_cast<HFONT>(text->SendMessage(WM_GETFONT)));
+    DrawTextW(dc, report.text.c_str(), -1, needed, DT_CALCRECT | DT_WORDBREAK | DT_NOPREFIX);
+    SelectObject(dc, previous);
+    ::ReleaseDC(m_hWnd, dc);
+    const LONG bottom = std::max(needed.bottom, icon.bottom);
+    if (bottom >= room.bottom)
+        return;
+    text->SetWindowPos(nullptr, 0, 0, room.Width(), bottom - room.top, SWP_NOMOVE | SWP_NOZORDER);
+    moveUp(room.bottom, room.bottom - bottom);
+}
+
 // Everything below moves up to where the label was.
 void ResultWindow::removeBand(int label, int field) {
-    CRect top;
-    GetDlgItem(label)->GetWindowRect(top);
-    CRect bottom;
-    GetDlgItem(field)->GetWindowRect(bottom);
+    const CRect top = placeOf(label);
+    const CRect bottom = placeOf(field);
     GetDlgItem(label)->ShowWindow(SW_HIDE);
     GetDlgItem(field)->ShowWindow(SW_HIDE);
 
@@ -119,18 +137,27 @@ void ResultWindow::removeBand(int label, int field) {
         if (place.top >= bottom.bottom && (next == 0 || place.top < next))
             next = place.top;
     }
-    const int shift = static_cast<int>(next - top.top);
+    moveUp(bottom.bottom, next - top.top);
+}
+
+void ResultWindow::moveUp(LONG from, LONG distance) {
     for (HWND control = ::GetWindow(m_hWnd, GW_CHILD); control; control = ::GetWindow(control, GW_HWNDNEXT)) {
         CRect place;
         ::GetWindowRect(control, place);
-        if (place.top < bottom.bottom)
+        if (place.top < from)
             continue;
         ScreenToClient(place);
-        ::SetWindowPos(control, nullptr, place.left, place.top - shift, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
+        ::SetWindowPos(control, nullptr, place.left, place.top - distance, 0, 0, SWP_NOSIZE | SWP_NOZORDER);
     }
     CRect own;
     GetWindowRect(own);
-    SetWindowPos(nullptr, 0, 0, own.Width(), own.Height() - shift, SWP_NOMOVE | SWP_NOZORDER);
+    SetWindowPos(nullptr, 0, 0, own.Width(), own.Height() - distance, SWP_NOMOVE | SWP_NOZORDER);
+}
+
+CRect ResultWindow::placeOf(int control) const {
+    CRect place;
+    GetDlgItem(control)->GetWindowRect(place);
+    return place;
 }
 
 } // namespace host

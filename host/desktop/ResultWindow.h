@@ -35,7 +35,12 @@ protected:
     DECLARE_MESSAGE_MAP()
 
 private:
+    void fitText();
     void removeBand(int label, int field);
+    /// Moves what lies below a place up, and makes the window smaller by as much.
+    void moveUp(LONG from, LONG distance);
+    /// On the screen.
+    CRect placeOf(int control) const;
 
     const ExportReport& report;
     const std::function<void(const std::wstring&)>& open;

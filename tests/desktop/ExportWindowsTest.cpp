@@ -36,21 +36,29 @@ protected:
     }
 
     /// What is clipped of the window with the result, whatever it has to say.
-    std::vector<std::string> clippedInResult(const host::ExportReport& report,
+    std::vector<std::string> clippedInResult(host::ExportReport report,
                                              const std::vector<std::wstring>& said) {
+        report.text = L"1\n2\n3\n4\n5\n6"; // the window is not made smaller then
         std::vector<std::string> clipped;
-        host::DialogPilot pilot(std::chrono::seconds(20));
-        pilot.then("the result", host::dialogWith(IDC_RESULT_TEXT), [&](HWND dialog) {
+        inResult(report, [&](HWND dialog) {
             for (const std::wstring& text : said) {
                 SetDlgItemTextW(dialog, IDC_RESULT_TEXT, text.c_str());
                 const auto found = test::clippedTexts(dialog);
                 clipped.insert(clipped.end(), found.begin(), found.end());
             }
+        });
+        return clipped;
+    }
+
+    /// Looks at the window with the result.
+    void inResult(const host::ExportReport& report, const std::function<void(HWND)>& look) {
+        host::DialogPilot pilot(std::chrono::seconds(20));
+        pilot.then("the result", host::dialogWith(IDC_RESULT_TEXT), [&](HWND dialog) {
+            look(dialog);
             return host::click(IDOK)(dialog);
         });
         host::ResultWindow(owner, report, [](const std::wstring&) {}).DoModal();
         EXPECT_EQ(pilot.failure(), "");
-        return clipped;
     }
 
     test::OwnerWindow owner;
@@ -104,6 +112,27 @@ TEST_P(ExportWindowsTest, TellResultsWithoutClippingThem) {
                                  {}},
                                 said),
                 IsEmpty());
+}
+
+TEST_P(ExportWindowsTest, AreNoLargerThanWhatTheyTell) {
+    host::ExportReport report{host::ExportReport::Kind::Done, L"Export", L"", L"To:", L"C:\\Scans", true, {}};
+    const auto room = [&](const std::wstring& text) {
+        report.text = text;
+        RECT below{};
+        RECT window{};
+        RECT said{};
+        inResult(report, [&](HWND dialog) {
+            GetWindowRect(GetDlgItem(dialog, IDC_RESULT_TEXT), &said);
+            GetWindowRect(GetDlgItem(dialog, IDC_RESULT_PATH_LABEL), &below);
+            GetWindowRect(dialog, &window);
+            EXPECT_THAT(test::clippedTexts(dialog), IsEmpty());
+        });
+        EXPECT_LT(said.bottom, below.top);
+        EXPECT_LT(below.top - said.bottom, 20);
+        return window.bottom - window.top;
+    };
+
+    EXPECT_LT(room(L"one line"), room(L"1\n2\n3\n4"));
 }
 
 TEST_P(ExportWindowsTest, ShowTheProgressWithoutClippingIt) {
