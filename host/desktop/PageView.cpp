@@ -144,6 +144,9 @@ void PageView::moveSelection(std::size_t position) {
 
 LRESULT PageView::OnSize(WPARAM, LPARAM lParam) {
     grid.MoveWindow(CRect(0, 0, LOWORD(lParam), HIWORD(lParam)));
+    // The hint stands in the middle.
+    if (shown.empty())
+        grid.Invalidate(FALSE);
     return 0;
 }
 
