@@ -28,7 +28,8 @@ AllowSkipFiles off
 !define UNINSTALL_KEYS "Software\Microsoft\Windows\CurrentVersion\Uninstall"
 !define UNINSTALL_KEY "${UNINSTALL_KEYS}\${PRODUCT}"
 !define MAIL_CLIENT_KEY "Software\Clients\Mail\DraftMail"
-!define SENDTO_ENTRY "$SENDTO\${PRODUCT}.lnk"
+; In the key above: the path of the entry in the "Send to" menu, whose name is in the language of the installation.
+!define SENDTO_VALUE SendToEntry
 
 Name "${PRODUCT}"
 BrandingText "${PRODUCT} ${VERSION}"
@@ -178,7 +179,8 @@ SectionEnd
 
 Section /o "$(SendToSection)" SendToSection
     SetOutPath "$INSTDIR"
-    CreateShortcut "${SENDTO_ENTRY}" "$INSTDIR\${PROGRAM}"
+    WriteRegStr HKCU "${UNINSTALL_KEY}" ${SENDTO_VALUE} "$SENDTO\$(SendToEntry).lnk"
+    CreateShortcut "$SENDTO\$(SendToEntry).lnk" "$INSTDIR\${PROGRAM}"
 SectionEnd
 
 !insertmacro MUI_FUNCTION_DESCRIPTION_BEGIN
@@ -189,10 +191,11 @@ SectionEnd
 Function .onInit
     !insertmacro ReadOptions
     ReadRegStr $OlderFolder HKCU "${UNINSTALL_KEY}" InstallLocation
+    ReadRegStr $R2 HKCU "${UNINSTALL_KEY}" ${SENDTO_VALUE}
     ClearErrors
     ${GetOptions} $R0 "/SENDTO" $R1
     ${IfNot} ${Errors}
-    ${OrIf} ${FileExists} "${SENDTO_ENTRY}"
+    ${OrIf} ${FileExists} "$R2"
         !insertmacro SelectSection ${SendToSection}
     ${EndIf}
 FunctionEnd
@@ -238,7 +241,10 @@ Section "un.${PRODUCT}" RemoveProgramSection
         Pop $R5
     ${EndIf}
 
-    Delete "${SENDTO_ENTRY}"
+    ReadRegStr $R2 HKCU "${UNINSTALL_KEY}" ${SENDTO_VALUE}
+    ${If} $R2 != ""
+        Delete "$R2"
+    ${EndIf}
     !insertmacro ForEachFile DeleteFile
     Delete "$INSTDIR\${UNINSTALLER}"
     ; Only empty folders and keys go: somebody else may have put something there.

@@ -2,6 +2,7 @@
 
 LangString SendToSection ${LANG_ENGLISH} "Entry in the “Send to” menu"
 LangString ProgramDescription ${LANG_ENGLISH} "The program ${PRODUCT} and the console program scanexport."
+LangString SendToEntry ${LANG_ENGLISH} "Send scanned pages"
 LangString SendToDescription ${LANG_ENGLISH} "Opens files and folders in ${PRODUCT} through “Send to” in the context menu of Explorer."
 LangString InUse ${LANG_ENGLISH} "${PRODUCT} is running, or another program is using its files. Close them and try again."
 LangString FolderTaken ${LANG_ENGLISH} "This file is there already and is not from an installation of ${PRODUCT}:$\r$\n$\r$\n$R2$\r$\n$\r$\nPlease choose another folder."
@@ -10,6 +11,7 @@ LangString SettingsDescription ${LANG_ENGLISH} "Attachments of e-mails that have
 
 LangString SendToSection ${LANG_CZECH} "Položka v nabídce „Odeslat“"
 LangString ProgramDescription ${LANG_CZECH} "Program ${PRODUCT} a konzolový program scanexport."
+LangString SendToEntry ${LANG_CZECH} "Odeslat naskenované strany"
 LangString SendToDescription ${LANG_CZECH} "Otevírá soubory a složky v programu ${PRODUCT} příkazem „Odeslat“ z místní nabídky Průzkumníka."
 LangString InUse ${LANG_CZECH} "Program ${PRODUCT} je spuštěný nebo jeho soubory používá jiný program. Ukončete je a zkuste to znovu."
 LangString FolderTaken ${LANG_CZECH} "Tento soubor již existuje a nepochází z instalace programu ${PRODUCT}:$\r$\n$\r$\n$R2$\r$\n$\r$\nZvolte prosím jinou složku."
@@ -18,6 +20,7 @@ LangString SettingsDescription ${LANG_CZECH} "Odstraní se i přílohy e-mailů,
 
 LangString SendToSection ${LANG_GERMAN} "Eintrag im Menü „Senden an“"
 LangString ProgramDescription ${LANG_GERMAN} "Das Programm ${PRODUCT} und das Konsolenprogramm scanexport."
+LangString SendToEntry ${LANG_GERMAN} "Gescannte Seiten senden"
 LangString SendToDescription ${LANG_GERMAN} "Öffnet Dateien und Ordner in ${PRODUCT} über „Senden an“ im Kontextmenü des Explorers."
 LangString InUse ${LANG_GERMAN} "${PRODUCT} läuft, oder ein anderes Programm verwendet seine Dateien. Beenden Sie diese Programme und versuchen Sie es erneut."
 LangString FolderTaken ${LANG_GERMAN} "Diese Datei ist bereits vorhanden und stammt nicht von einer Installation von ${PRODUCT}:$\r$\n$\r$\n$R2$\r$\n$\r$\nBitte wählen Sie einen anderen Ordner."
@@ -26,6 +29,7 @@ LangString SettingsDescription ${LANG_GERMAN} "Auch Anlagen von E-Mails, die noc
 
 LangString SendToSection ${LANG_FRENCH} "Entrée dans le menu « Envoyer vers »"
 LangString ProgramDescription ${LANG_FRENCH} "Le programme ${PRODUCT} et le programme de console scanexport."
+LangString SendToEntry ${LANG_FRENCH} "Envoyer des pages numérisées"
 LangString SendToDescription ${LANG_FRENCH} "Ouvre des fichiers et des dossiers dans ${PRODUCT} par « Envoyer vers » du menu contextuel de l’Explorateur."
 LangString InUse ${LANG_FRENCH} "${PRODUCT} est en cours d’exécution ou un autre programme utilise ses fichiers. Fermez-les, puis réessayez."
 LangString FolderTaken ${LANG_FRENCH} "Ce fichier existe déjà et ne provient pas d’une installation de ${PRODUCT} :$\r$\n$\r$\n$R2$\r$\n$\r$\nVeuillez choisir un autre dossier."
@@ -34,6 +38,7 @@ LangString SettingsDescription ${LANG_FRENCH} "Les pièces jointes des e-mails p
 
 LangString SendToSection ${LANG_SPANISHINTERNATIONAL} "Entrada en el menú «Enviar a»"
 LangString ProgramDescription ${LANG_SPANISHINTERNATIONAL} "El programa ${PRODUCT} y el programa de consola scanexport."
+LangString SendToEntry ${LANG_SPANISHINTERNATIONAL} "Enviar páginas escaneadas"
 LangString SendToDescription ${LANG_SPANISHINTERNATIONAL} "Abre archivos y carpetas en ${PRODUCT} con «Enviar a» del menú contextual del Explorador."
 LangString InUse ${LANG_SPANISHINTERNATIONAL} "${PRODUCT} se está ejecutando u otro programa usa sus archivos. Ciérrelos e inténtelo de nuevo."
 LangString FolderTaken ${LANG_SPANISHINTERNATIONAL} "Este archivo ya existe y no procede de una instalación de ${PRODUCT}:$\r$\n$\r$\n$R2$\r$\n$\r$\nElija otra carpeta."
@@ -42,6 +47,7 @@ LangString SettingsDescription ${LANG_SPANISHINTERNATIONAL} "También se elimina
 
 LangString SendToSection ${LANG_POLISH} "Pozycja w menu „Wyślij do”"
 LangString ProgramDescription ${LANG_POLISH} "Program ${PRODUCT} i program konsolowy scanexport."
+LangString SendToEntry ${LANG_POLISH} "Wyślij zeskanowane strony"
 LangString SendToDescription ${LANG_POLISH} "Otwiera pliki i foldery w programie ${PRODUCT} poleceniem „Wyślij do” z menu kontekstowego Eksploratora."
 LangString InUse ${LANG_POLISH} "Program ${PRODUCT} jest uruchomiony lub inny program używa jego plików. Zamknij je i spróbuj ponownie."
 LangString FolderTaken ${LANG_POLISH} "Ten plik już istnieje i nie pochodzi z instalacji programu ${PRODUCT}:$\r$\n$\r$\n$R2$\r$\n$\r$\nWybierz inny folder."
@@ -50,6 +56,7 @@ LangString SettingsDescription ${LANG_POLISH} "Usunięte zostaną też załączn
 
 LangString SendToSection ${LANG_SLOVAK} "Položka v ponuke „Odoslať“"
 LangString ProgramDescription ${LANG_SLOVAK} "Program ${PRODUCT} a konzolový program scanexport."
+LangString SendToEntry ${LANG_SLOVAK} "Odoslať naskenované strany"
 LangString SendToDescription ${LANG_SLOVAK} "Otvára súbory a priečinky v programe ${PRODUCT} príkazom „Odoslať“ z kontextovej ponuky Prieskumníka."
 LangString InUse ${LANG_SLOVAK} "Program ${PRODUCT} je spustený alebo jeho súbory používa iný program. Ukončite ich a skúste to znova."
 LangString FolderTaken ${LANG_SLOVAK} "Tento súbor už existuje a nepochádza z inštalácie programu ${PRODUCT}:$\r$\n$\r$\n$R2$\r$\n$\r$\nVyberte iný priečinok."
@@ -58,6 +65,7 @@ LangString SettingsDescription ${LANG_SLOVAK} "Odstránia sa aj prílohy e-mailo
 
 LangString SendToSection ${LANG_ITALIAN} "Voce nel menu “Invia a”"
 LangString ProgramDescription ${LANG_ITALIAN} "Il programma ${PRODUCT} e il programma per console scanexport."
+LangString SendToEntry ${LANG_ITALIAN} "Invia pagine digitalizzate"
 LangString SendToDescription ${LANG_ITALIAN} "Apre file e cartelle in ${PRODUCT} con “Invia a” del menu contestuale di Esplora file."
 LangString InUse ${LANG_ITALIAN} "${PRODUCT} è in esecuzione o un altro programma ne usa i file. Chiuderli e riprovare."
 LangString FolderTaken ${LANG_ITALIAN} "Questo file esiste già e non proviene da un’installazione di ${PRODUCT}:$\r$\n$\r$\n$R2$\r$\n$\r$\nScegliere un’altra cartella."

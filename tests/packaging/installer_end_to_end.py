@@ -143,7 +143,9 @@ prefix = Prefix(wine_run, prefix_folder)
 home = prefix.documents.parent
 local_data = home / "AppData" / "Local"
 (temporary_files,) = home.glob("[Tt]emp")
-send_to = home / "AppData" / "Roaming" / "Microsoft" / "Windows" / "SendTo" / "ScanHost.lnk"
+send_to_menu = home / "AppData" / "Roaming" / "Microsoft" / "Windows" / "SendTo"
+send_to = send_to_menu / "Send scanned pages.lnk"
+czech_send_to = send_to_menu / "Odeslat naskenovan\u00e9 strany.lnk"
 installed = local_data / "Programs" / "ScanHost"
 try:
     program_files = [pathlib.Path(name) for name in
@@ -168,11 +170,11 @@ try:
     shutil.rmtree(taken)
     check("changes after an installation that was refused", changes(before, snapshot()), [])
 
-    run(older, "/S", "/SENDTO")
+    run(older, "/S", "/SENDTO", "/LANG=cs")
     check("files of the older version", files_below(installed), sorted([*expected, retired.name]))
     check("older version", registered(UNINSTALL_KEY, "DisplayVersion"), "0.9.8")
     check("target in the send-to menu",
-          of_windows(installed / "ScanHost.exe").encode() in send_to.read_bytes(), True)
+          of_windows(installed / "ScanHost.exe").encode() in czech_send_to.read_bytes(), True)
 
     run(installed / "scanexport.exe", "--register-draft-mail")
     run(installed / "scanexport.exe", "--to-dir", Tool.path(folder / "exported"), Tool.path(page))
@@ -189,13 +191,14 @@ try:
     run(installed / "Uninstall.exe", "/S", "/SETTINGS", f"_?={of_windows(installed)}", code=2)
     check("files while the program runs", files_below(installed), sorted([*expected, retired.name]))
     check("version while the program runs", registered(UNINSTALL_KEY, "DisplayVersion"), "0.9.8")
-    check("entry in the send-to menu while the program runs", send_to.exists(), True)
+    check("entry in the send-to menu while the program runs", czech_send_to.exists(), True)
     close_program(program, "ScanHost.exe")
 
     run(newer, "/S")
     check("files of the newer version", files_below(installed), expected)
     check("newer version", registered(UNINSTALL_KEY, "DisplayVersion"), "1.2.3")
-    check("entry in the send-to menu after the update", send_to.exists(), True)
+    check("entries in the send-to menu after an update in another language",
+          [send_to.exists(), czech_send_to.exists()], [True, False])
     check("mail client after the update", registered(MAIL_CLIENT_KEY, "DLLPath"),
           of_windows(installed / "DraftMail.dll"))
 
