@@ -120,7 +120,8 @@ HMENU createMenuBar(const std::vector<std::wstring>& exports) {
         popupOf(
             {{commandAddFiles, "AddFiles"}, {commandAddFolder, "AddFolder"}, line, {commandExit, "Exit"}}));
     appendPopup(bar, "Menu.Edit",
-                popupOf({{commandPaste, "Paste"},
+                popupOf({{commandOpen, "Open"},
+                         {commandPaste, "Paste"},
                          {commandSelectAll, "SelectAll"},
                          {commandRemove, "Remove"},
                          line,
@@ -140,7 +141,9 @@ HMENU createMenuBar(const std::vector<std::wstring>& exports) {
 }
 
 HMENU createPagesMenu(const std::vector<std::wstring>& exports) {
-    const HMENU menu = popupOf({{commandPaste, "Paste"},
+    const HMENU menu = popupOf({{commandOpen, "Open"},
+                                line,
+                                {commandPaste, "Paste"},
                                 {commandSelectAll, "SelectAll"},
                                 {commandRemove, "Remove"},
                                 line,
@@ -148,6 +151,7 @@ HMENU createPagesMenu(const std::vector<std::wstring>& exports) {
                                 {commandMoveForward, "MoveForward"},
                                 line});
     appendPopup(menu, "ExportSelected", exportsPopup(exports, commandExportSelected));
+    SetMenuDefaultItem(menu, commandOpen, FALSE);
     return menu;
 }
 

@@ -15,6 +15,7 @@ enum Command : UINT {
     commandExit,
     commandPaste,
     commandSelectAll,
+    commandOpen,
     commandRemove,
     commandMoveBack,
     commandMoveForward,

@@ -17,6 +17,7 @@
 #include <afxwin.h>
 
 #include <ole2.h>
+#include <shellapi.h>
 
 #include <optional>
 #include <utility>
@@ -41,6 +42,16 @@ private:
     bool isOpen;
 };
 
+/// Opens it with whatever program the person opens such files with. The system tells when that fails.
+void openFile(HWND owner, const std::wstring& path) {
+    SHELLEXECUTEINFOW execution{};
+    execution.cbSize = sizeof(execution);
+    execution.hwnd = owner;
+    execution.lpFile = path.c_str();
+    execution.nShow = SW_SHOWNORMAL;
+    ShellExecuteExW(&execution);
+}
+
 /// The window and what is behind it. Gone again in the opposite order.
 class DesktopSession {
 public:
@@ -57,6 +68,7 @@ public:
 
     int run(const std::vector<std::wstring>& paths, int showCommand) {
         window.whenSettingsWanted = [this] { showSettings(); };
+        window.whenPageWanted = [this](const std::wstring& path) { openFile(window, path); };
         if (!window.create())
             throw HostError("The window cannot be made: " + reasonFor(GetLastError()) + ".");
         AfxGetApp()->m_pMainWnd = &window;

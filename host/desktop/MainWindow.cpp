@@ -50,6 +50,7 @@ BEGIN_MESSAGE_MAP(MainWindow, CWnd)
     ON_COMMAND(commandExit, &MainWindow::OnExit)
     ON_COMMAND(commandPaste, &MainWindow::OnPaste)
     ON_COMMAND(commandSelectAll, &MainWindow::OnSelectAll)
+    ON_COMMAND(commandOpen, &MainWindow::OnOpen)
     ON_COMMAND(commandRemove, &MainWindow::OnRemove)
     ON_COMMAND(commandMoveBack, &MainWindow::OnMoveBack)
     ON_COMMAND(commandMoveForward, &MainWindow::OnMoveForward)
@@ -77,6 +78,7 @@ MainWindow::MainWindow(const EnginesManager& manager, DesktopSettings settings)
           }) {
     view.whenSelectionChanges = [this] { update(); };
     view.whenReordered = [this] { update(); };
+    view.whenOpened = [this] { PostMessage(WM_COMMAND, commandOpen); };
     view.whenDropped = [this](const std::vector<std::wstring>& paths, std::size_t position) {
         addAt(position, paths);
     };
@@ -218,6 +220,11 @@ void MainWindow::OnPaste() {
     addAt(view.insertPosition(), pathsOnClipboard(m_hWnd));
 }
 
+void MainWindow::OnOpen() {
+    if (const std::size_t index = view.focused(); index < pages.size())
+        whenPageWanted(pages[index]->path());
+}
+
 void MainWindow::OnRemove() {
     pages.remove(view.selection());
     pagesChanged();
@@ -316,6 +323,7 @@ bool MainWindow::isPossible(UINT command) const {
         return IsClipboardFormatAvailable(CF_HDROP);
     case commandSelectAll:
         return pages.size() > 0;
+    case commandOpen:
     case commandRemove:
         return !selected.empty();
     case commandMoveBack:

@@ -53,6 +53,8 @@ public:
 
     /// Asked when the person wants to see the settings.
     std::function<void()> whenSettingsWanted;
+    /// Asked when the person wants to see a page as large as it is.
+    std::function<void(const std::wstring& path)> whenPageWanted;
 
 private:
     LRESULT OnCreate(WPARAM wParam, LPARAM lParam);
@@ -70,6 +72,7 @@ private:
     void OnExit() { PostMessage(WM_CLOSE); }
     void OnPaste();
     void OnSelectAll() { view.selectAll(); }
+    void OnOpen();
     void OnRemove();
     void OnMoveBack() { view.moveSelectionBack(); }
     void OnMoveForward() { view.moveSelectionForward(); }

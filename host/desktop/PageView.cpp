@@ -229,6 +229,10 @@ BOOL PageView::OnNotify(WPARAM, LPARAM lParam, LRESULT* pResult) {
         grid.Invalidate(FALSE);
         selectionChanged();
         return TRUE;
+    case LVN_ITEMACTIVATE:
+        if (whenOpened)
+            whenOpened();
+        return TRUE;
     case LVN_BEGINDRAG:
         dropTarget->dragPages();
         return TRUE;

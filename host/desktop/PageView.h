@@ -43,6 +43,8 @@ public:
     void setTexts();
 
     std::vector<std::size_t> selection() const { return grid.selection(); }
+    /// The page that the keyboard is at, or as many as there are pages.
+    std::size_t focused() const { return grid.focused(); }
     /// Selects these pages and no others, and shows the first.
     void select(const std::vector<std::size_t>& indices);
     void selectAll() { grid.selectAll(); }
@@ -60,6 +62,8 @@ public:
     std::function<void()> whenSelectionChanges;
     /// The user has moved pages.
     std::function<void()> whenReordered;
+    /// The user has double-clicked a page or pressed Enter at it.
+    std::function<void()> whenOpened;
     /// Files and folders were dropped before the page of that position.
     std::function<void(std::vector<std::wstring> paths, std::size_t position)> whenDropped;
     /// The user asks for a menu at that place of the screen. The page there is selected, if there is one.

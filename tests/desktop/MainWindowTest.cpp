@@ -470,6 +470,30 @@ TEST_F(MainWindowTest, DoesWhatAShortcutSays) {
     EXPECT_EQ(statusPart(0), L"0 pages");
 }
 
+TEST_F(MainWindowTest, OpensThePageThatIsDoubleClicked) {
+    open();
+    addPages({L"a.pdf", L"b.pdf"});
+    std::vector<std::wstring> opened;
+    window.whenPageWanted = [&opened](const std::wstring& path) { opened.push_back(path); };
+    EXPECT_FALSE(isOffered(host::commandOpen)) << "none is selected";
+
+    CRect icon;
+    icon.left = LVIR_ICON;
+    SendMessageW(list(), LVM_GETITEMRECT, 1, reinterpret_cast<LPARAM>(&icon));
+    const CPoint middle = icon.CenterPoint();
+    const LPARAM place = MAKELPARAM(middle.x, middle.y);
+    PostMessageW(list(), WM_LBUTTONUP, 0, place);
+    SendMessageW(list(), WM_LBUTTONDOWN, MK_LBUTTON, place);
+    PostMessageW(list(), WM_LBUTTONUP, 0, place);
+    SendMessageW(list(), WM_LBUTTONDBLCLK, MK_LBUTTON, place);
+    EXPECT_TRUE(test::handleMessagesUntil([&] { return !opened.empty(); }));
+    EXPECT_THAT(opened, ElementsAre(folder / L"b.pdf"));
+
+    EXPECT_TRUE(isOffered(host::commandOpen));
+    SendMessageW(list(), WM_KEYDOWN, VK_RETURN, 0);
+    EXPECT_TRUE(test::handleMessagesUntil([&] { return opened.size() == 2; }));
+}
+
 class MainWindowTextsTest : public MainWindowTest, public testing::WithParamInterface<std::wstring> {};
 
 INSTANTIATE_TEST_SUITE_P(Languages, MainWindowTextsTest, testing::ValuesIn(test::languageFiles()),
