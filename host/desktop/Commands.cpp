@@ -128,6 +128,7 @@ HMENU createMenuBar(const std::vector<std::wstring>& exports) {
                          {commandMoveBack, "MoveBack"},
                          {commandMoveForward, "MoveForward"},
                          line,
+                         {commandOwnOrder, "OwnOrder"},
                          {commandSortByName, "SortByName"},
                          {commandSortByDate, "SortByDate"}}));
     const HMENU exportMenu = exportsPopup(exports, commandExport);

@@ -19,6 +19,7 @@ enum Command : UINT {
     commandRemove,
     commandMoveBack,
     commandMoveForward,
+    commandOwnOrder, ///< the first of those that choose a PageOrder, in its sequence
     commandSortByName,
     commandSortByDate,
     commandSettings,

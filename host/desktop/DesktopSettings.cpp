@@ -9,6 +9,21 @@ namespace {
 
 constexpr char languageKey[] = "ScanHost.Language";
 constexpr char windowPlaceKey[] = "ScanHost.WindowPlace";
+constexpr char pageOrderKey[] = "ScanHost.PageOrder";
+constexpr char orderByName[] = "name";
+constexpr char orderByDate[] = "date";
+
+const char* textOf(PageOrder order) {
+    switch (order) {
+    case PageOrder::Name:
+        return orderByName;
+    case PageOrder::Date:
+        return orderByDate;
+    case PageOrder::Own:
+        break;
+    }
+    return "";
+}
 
 } // namespace
 
@@ -18,6 +33,13 @@ std::wstring DesktopSettings::language() const {
 
 std::optional<WindowPlace> DesktopSettings::windowPlace() const {
     return windowPlaceFrom(read(windowPlaceKey));
+}
+
+PageOrder DesktopSettings::pageOrder() const {
+    const std::string text = read(pageOrderKey);
+    if (text == orderByName)
+        return PageOrder::Name;
+    return text == orderByDate ? PageOrder::Date : PageOrder::Own;
 }
 
 std::optional<int> DesktopSettings::mailLimit() const {
@@ -33,6 +55,10 @@ bool DesktopSettings::setLanguage(const std::wstring& code) {
 bool DesktopSettings::setWindowPlace(const WindowPlace& place) {
     const std::string text = textOf(place);
     return read(windowPlaceKey) == text || store.write(windowPlaceKey, text);
+}
+
+bool DesktopSettings::setPageOrder(PageOrder order) {
+    return pageOrder() == order || store.write(pageOrderKey, textOf(order));
 }
 
 bool DesktopSettings::setMailLimit(std::optional<int> limit) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "SorvaneCommon/SettingsStore.h"
+#include "host/desktop/PageOrder.h"
 #include "host/desktop/WindowPlace.h"
 
 #include <optional>
@@ -23,12 +24,15 @@ public:
     std::wstring language() const;
     /// Of the main window.
     std::optional<WindowPlace> windowPlace() const;
+    /// In which the pages are kept.
+    PageOrder pageOrder() const;
     /// From which size of all attachments, in KB, the person is asked before they are sent; without it, never.
     std::optional<int> mailLimit() const;
 
     // False when it cannot be stored.
     bool setLanguage(const std::wstring& code);
     bool setWindowPlace(const WindowPlace& place);
+    bool setPageOrder(PageOrder order);
     /// @param limit  up to largestMailLimit
     bool setMailLimit(std::optional<int> limit);
 

@@ -54,6 +54,7 @@ BEGIN_MESSAGE_MAP(MainWindow, CWnd)
     ON_COMMAND(commandRemove, &MainWindow::OnRemove)
     ON_COMMAND(commandMoveBack, &MainWindow::OnMoveBack)
     ON_COMMAND(commandMoveForward, &MainWindow::OnMoveForward)
+    ON_COMMAND(commandOwnOrder, &MainWindow::OnOwnOrder)
     ON_COMMAND(commandSortByName, &MainWindow::OnSortByName)
     ON_COMMAND(commandSortByDate, &MainWindow::OnSortByDate)
     ON_COMMAND_RANGE(commandExport, commandExportsEnd - 1, &MainWindow::OnExport)
@@ -72,12 +73,12 @@ MainWindow::MainWindow(const EnginesManager& manager, DesktopSettings settings)
                   view.show(*std::exchange(firstNew, std::nullopt));
           },
           [this](const std::vector<LeftOut>& leftOut) {
-              update();
+              sort();
               if (!leftOut.empty())
                   tellLeftOut(leftOut);
           }) {
     view.whenSelectionChanges = [this] { update(); };
-    view.whenReordered = [this] { update(); };
+    view.whenReordered = [this] { keepOrder(PageOrder::Own); };
     view.whenOpened = [this] { PostMessage(WM_COMMAND, commandOpen); };
     view.whenDropped = [this](const std::vector<std::wstring>& paths, std::size_t position) {
         addAt(position, paths);
@@ -191,6 +192,8 @@ LRESULT MainWindow::OnInitMenuPopup(WPARAM popup, LPARAM) {
         if (command && command != static_cast<UINT>(-1))
             EnableMenuItem(menu, command, isPossible(command) ? MF_ENABLED : MF_GRAYED);
     }
+    CheckMenuRadioItem(menu, commandOwnOrder, commandSortByDate, commandOwnOrder + static_cast<UINT>(order),
+                       MF_BYCOMMAND);
     return 0;
 }
 
@@ -295,7 +298,17 @@ void MainWindow::update() {
         exports.enable(i, isExportPossible(commandExport + static_cast<UINT>(i)));
 }
 
-void MainWindow::sort(PageOrder order) {
+void MainWindow::keepOrder(PageOrder wanted) {
+    order = wanted;
+    settings.setPageOrder(order);
+    sort();
+}
+
+void MainWindow::sort() {
+    if (order == PageOrder::Own) {
+        update();
+        return;
+    }
     pages.sort(order);
     pagesChanged();
 }
@@ -330,9 +343,6 @@ bool MainWindow::isPossible(UINT command) const {
         return !selected.empty() && selected.back() >= selected.size();
     case commandMoveForward:
         return !selected.empty() && selected.front() + selected.size() < pages.size();
-    case commandSortByName:
-    case commandSortByDate:
-        return pages.size() > 1;
     default:
         return true;
     }

@@ -28,11 +28,13 @@ namespace host {
 /// looking at it. The status bar and the tips say which, and a menu has exports of the one and the other kind.
 /// For the same reason only what is pasted comes behind the selected pages; other new pages come at the end.
 ///
+/// In the order by name or date the pages stay, those that are added as well, until the person moves some by hand.
+///
 /// Thread: the user-interface thread. Destroying the window ends the thread's message loop.
 class MainWindow : public CWnd {
 public:
     /// @param manager   has the export targets; not owned
-    /// @param settings  has where the window was
+    /// @param settings  has where the window was and the order of the pages
     explicit MainWindow(const EnginesManager& manager, DesktopSettings settings);
     ~MainWindow() override;
 
@@ -76,8 +78,9 @@ private:
     void OnRemove();
     void OnMoveBack() { view.moveSelectionBack(); }
     void OnMoveForward() { view.moveSelectionForward(); }
-    void OnSortByName() { sort(PageOrder::Name); }
-    void OnSortByDate() { sort(PageOrder::Date); }
+    void OnOwnOrder() { keepOrder(PageOrder::Own); }
+    void OnSortByName() { keepOrder(PageOrder::Name); }
+    void OnSortByDate() { keepOrder(PageOrder::Date); }
     void OnExport(UINT command);
     void OnSettings() { whenSettingsWanted(); }
     void OnAbout();
@@ -90,7 +93,8 @@ private:
     void addAt(std::size_t position, const std::vector<std::wstring>& paths);
     void pagesChanged();
     void update();
-    void sort(PageOrder order);
+    void keepOrder(PageOrder wanted);
+    void sort();
     void showPagesMenu(CPoint screen);
     void tellLeftOut(const std::vector<LeftOut>& leftOut);
 
@@ -103,6 +107,7 @@ private:
 
     const EnginesManager& manager;
     DesktopSettings settings;
+    PageOrder order = settings.pageOrder();
     ExportWatch watch;
     PageCollection pages{&watch};
     ThumbnailLoader thumbnails;

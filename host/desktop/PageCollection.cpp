@@ -85,6 +85,8 @@ std::vector<std::size_t> PageCollection::move(const std::vector<std::size_t>& in
 }
 
 void PageCollection::sort(PageOrder order) {
+    if (order == PageOrder::Own)
+        return;
     std::vector<SortedPage> sorted;
     for (const auto& page : list)
         sorted.push_back({page, page->fileName()});

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "host/FilePage.h"
+#include "host/desktop/PageOrder.h"
 
 #include <windows.h>
 
@@ -22,11 +23,6 @@ struct LeftOut {
     Why why = Why::Unreadable;
     std::wstring path;
     DWORD error = ERROR_SUCCESS;
-};
-
-enum class PageOrder {
-    Name, ///< folders by their paths, the pages of each by their names, both as people count
-    Date, ///< the page that was written first comes first, whatever its folder; those of one moment by name
 };
 
 /// A list of pages, each of which is a file of its own or the same as others'. Nobody is told of changes: who makes
@@ -62,6 +58,7 @@ public:
     /// @return where the pages are now
     std::vector<std::size_t> move(const std::vector<std::size_t>& indices, std::size_t position);
 
+    /// Leaves the pages where they are when the order is the person's own.
     void sort(PageOrder order);
 
 private:

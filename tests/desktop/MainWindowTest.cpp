@@ -191,22 +191,33 @@ protected:
         return text;
     }
 
-    void openMenus(HMENU menu) const {
+    static void openMenus(const MainWindow& window, HMENU menu) {
         for (int i = 0; i < GetMenuItemCount(menu); ++i) {
             if (const HMENU popup = GetSubMenu(menu, i)) {
                 window.SendMessage(WM_INITMENUPOPUP, reinterpret_cast<WPARAM>(popup));
-                openMenus(popup);
+                openMenus(window, popup);
             }
         }
     }
 
+    /// The state of a command in the menu once this has been opened.
+    static UINT menuState(const MainWindow& window, UINT id) {
+        const HMENU bar = GetMenu(window);
+        openMenus(window, bar);
+        return GetMenuState(bar, id, MF_BYCOMMAND);
+    }
+
     /// Whether the menu offers a command now.
     bool isOffered(UINT id) const {
-        const HMENU bar = GetMenu(window);
-        openMenus(bar);
-        const UINT state = GetMenuState(bar, id, MF_BYCOMMAND);
+        const UINT state = menuState(window, id);
         return state != static_cast<UINT>(-1) && !(state & MF_GRAYED);
     }
+
+    static bool isTicked(const MainWindow& window, UINT id) {
+        const UINT state = menuState(window, id);
+        return state != static_cast<UINT>(-1) && (state & MF_CHECKED);
+    }
+    bool isTicked(UINT id) const { return isTicked(window, id); }
 
     const test::TempFolder folder;
     const std::wstring basePath = L"BasicExportTests\\window-" + std::to_wstring(GetCurrentProcessId());
@@ -310,6 +321,48 @@ TEST_F(MainWindowTest, PutsPagesInOrderAndRemovesThem) {
     command(host::commandRemove);
     EXPECT_EQ(statusPart(0), L"0 pages");
     EXPECT_FALSE(isOffered(host::commandRemove));
+}
+
+TEST_F(MainWindowTest, KeepsThePagesInTheOrderChosen) {
+    open();
+    addPages({L"c.pdf", L"a.pdf"});
+    EXPECT_TRUE(isTicked(host::commandOwnOrder));
+
+    command(host::commandSortByName);
+    EXPECT_TRUE(isTicked(host::commandSortByName));
+    EXPECT_FALSE(isTicked(host::commandOwnOrder));
+    addPages({L"b.pdf"});
+    exportWith(host::commandExportAll);
+    EXPECT_THAT(target.names, ElementsAre(L"a.pdf", L"b.pdf", L"c.pdf"));
+
+    command(host::commandOwnOrder);
+    addPages({L"_.pdf"});
+    exportWith(host::commandExportAll);
+    EXPECT_THAT(target.names, ElementsAre(L"a.pdf", L"b.pdf", L"c.pdf", L"_.pdf"));
+}
+
+TEST_F(MainWindowTest, LeavesTheOrderToThePersonWhoMovesPages) {
+    open();
+    addPages({L"b.pdf", L"a.pdf"});
+    command(host::commandSortByName);
+    select(0, 1);
+    command(host::commandMoveForward);
+    EXPECT_TRUE(isTicked(host::commandOwnOrder));
+
+    select(0, 0);
+    addPages({L"_.pdf"});
+    exportWith(host::commandExportAll);
+    EXPECT_THAT(target.names, ElementsAre(L"b.pdf", L"a.pdf", L"_.pdf"));
+}
+
+TEST_F(MainWindowTest, HasTheOrderOfTheLastTime) {
+    open();
+    command(host::commandSortByDate);
+
+    MainWindow next(manager, host::DesktopSettings(*application.getSettingsStore()));
+    ASSERT_TRUE(next.create());
+    next.setTexts();
+    EXPECT_TRUE(isTicked(next, host::commandSortByDate));
 }
 
 TEST_F(MainWindowTest, AddsAtTheEndAndPastesBehindTheSelectedPages) {
