@@ -14,10 +14,12 @@ struct FontDeleter {
 using Font = std::unique_ptr<std::remove_pointer_t<HFONT>, FontDeleter>;
 
 /// The one that the person has chosen for menus, messages and the like.
-inline Font messageFont(UINT dpi) {
+inline Font messageFont(UINT dpi, bool isBold = false) {
     NONCLIENTMETRICSW metrics{};
     metrics.cbSize = sizeof metrics;
     SystemParametersInfoForDpi(SPI_GETNONCLIENTMETRICS, sizeof metrics, &metrics, 0, dpi);
+    if (isBold)
+        metrics.lfMessageFont.lfWeight = FW_BOLD;
     return Font(CreateFontIndirectW(&metrics.lfMessageFont));
 }
 

@@ -112,15 +112,7 @@ std::wstring shortened(HDC dc, const std::wstring& text, int width) {
     return withoutMiddle(text, fits);
 }
 
-PagePainter::PagePainter(UINT dpi) : dpi(dpi) {
-    NONCLIENTMETRICSW metrics{};
-    metrics.cbSize = sizeof(metrics);
-    SystemParametersInfoForDpi(SPI_GETNONCLIENTMETRICS, sizeof(metrics), &metrics, 0, dpi);
-    LOGFONTW description = metrics.lfMessageFont;
-    font.reset(CreateFontIndirectW(&description));
-    description.lfWeight = FW_BOLD;
-    boldFont.reset(CreateFontIndirectW(&description));
-
+PagePainter::PagePainter(UINT dpi) : dpi(dpi), font(messageFont(dpi)), boldFont(messageFont(dpi, true)) {
     HDC screen = GetDC(nullptr);
     {
         const Selected selected(screen, boldFont.get());

@@ -1,6 +1,7 @@
 // Draws one page of the page view, and what the view shows around the pages.
 #pragma once
 
+#include "host/desktop/MessageFont.h"
 #include "host/desktop/Thumbnail.h"
 
 #include <windows.h>
@@ -8,7 +9,6 @@
 #include <atltypes.h>
 
 #include <cstddef>
-#include <memory>
 #include <string>
 
 namespace host {
@@ -51,11 +51,6 @@ public:
     void paintHint(HDC dc, const CRect& view, const std::wstring& text) const;
 
 private:
-    struct FontDeleter {
-        void operator()(HFONT font) const { DeleteObject(font); }
-    };
-    using Font = std::unique_ptr<std::remove_pointer_t<HFONT>, FontDeleter>;
-
     int scaled(int pixelsAt96) const;
     void paintStrip(HDC dc, const CRect& cell, const PageCell& page) const;
     void paintSelection(HDC dc, const CRect& around, const PageCell& page) const;
