@@ -7,6 +7,7 @@
 #include "host/Text.h"
 
 #include <exception>
+#include <utility>
 
 namespace host {
 namespace {
@@ -28,7 +29,8 @@ std::string reasonForLoadError(DWORD error) {
 
 } // namespace
 
-ComponentModule::ComponentModule(const std::wstring& path, EnginesManager& manager) : manager(manager) {
+ComponentModule::ComponentModule(const std::wstring& path, EnginesManager& manager)
+    : path(path), manager(manager) {
     const std::string failure = "The component " + utf8(path) + " cannot be loaded: ";
     if (GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES)
         throw HostError(failure + reasonFor(GetLastError()) + ".");
@@ -47,7 +49,31 @@ ComponentModule::ComponentModule(const std::wstring& path, EnginesManager& manag
 }
 
 ComponentModule::~ComponentModule() {
-    unload();
+    if (application)
+        unload();
+}
+
+void ComponentModule::close() {
+    // Nothing of the exception may be left when the module goes: its code can be in there.
+    std::string reason;
+    try {
+        unload();
+    } catch (const std::exception& error) {
+        reason = std::string(": ") + error.what();
+    } catch (...) {
+        reason = '.';
+    }
+    if (reason.empty())
+        return;
+    abandon();
+    FreeLibrary(module);
+    throw HostError("The component " + utf8(path) + " failed while ending" + reason);
+}
+
+void ComponentModule::abandon() {
+    AFX_MAINTAIN_STATE2 state(AfxFindModuleState(module));
+    for (SorvaneCommon::ExportEngineFactory* factory : registered)
+        manager.unregisterFactory(factory);
 }
 
 std::optional<std::string> ComponentModule::start() {
@@ -71,10 +97,9 @@ std::optional<std::string> ComponentModule::start() {
 void ComponentModule::unload() {
     {
         AFX_MAINTAIN_STATE2 state(AfxFindModuleState(module));
-        application->ExitInstance();
-        for (SorvaneCommon::ExportEngineFactory* factory : registered)
-            manager.unregisterFactory(factory);
+        std::exchange(application, nullptr)->ExitInstance();
     }
+    abandon();
     FreeLibrary(module);
 }
 

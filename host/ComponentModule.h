@@ -32,11 +32,18 @@ public:
     ComponentModule(const ComponentModule&) = delete;
     ComponentModule& operator=(const ComponentModule&) = delete;
 
+    /// Ends the component, as the destructor does. Where its ExitInstance() throws so does this, a HostError in one
+    /// sentence, once the component is gone; the destructor would end the program.
+    void close();
+    /// After close() has crashed and been abandoned: drops the component's factories. It stays loaded.
+    void abandon();
+
 private:
     /// Why the component did not start, as the second half of a sentence; none when it did.
     std::optional<std::string> start();
     void unload();
 
+    std::wstring path;
     EnginesManager& manager;
     HMODULE module = nullptr;
     CWinApp* application = nullptr;

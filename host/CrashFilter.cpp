@@ -5,6 +5,7 @@
 
 #include <windows.h>
 
+#include <atomic>
 #include <cstdio>
 #include <cstring>
 #include <exception>
@@ -12,11 +13,17 @@
 namespace host {
 namespace {
 
+const char* programName = "";
+CrashTeller tell = printCrash;
+std::atomic_flag hasCrashed;
+
 // Works without allocating: the heap may be what is broken.
-[[noreturn]] void endWith(const char* sentence) {
-    DWORD written = 0;
-    WriteFile(GetStdHandle(STD_ERROR_HANDLE), sentence, static_cast<DWORD>(std::strlen(sentence)), &written,
-              nullptr);
+[[noreturn]] void endWith(const char* what) {
+    if (!hasCrashed.test_and_set()) {
+        char sentence[MAX_PATH + 200];
+        std::snprintf(sentence, sizeof sentence, "%s: Crashed with %s.\n", programName, what);
+        tell(sentence);
+    }
     TerminateProcess(GetCurrentProcess(), crashExitCode);
     for (;;)
         Sleep(INFINITE);
@@ -24,18 +31,23 @@ namespace {
 
 LONG WINAPI onCrash(EXCEPTION_POINTERS* crash) {
     const EXCEPTION_RECORD& record = *crash->ExceptionRecord;
-    char sentence[MAX_PATH + 100];
-    std::snprintf(sentence, sizeof sentence, "scanexport: Crashed with %s.\n",
-                  describe({record.ExceptionCode, record.ExceptionAddress}).data());
-    endWith(sentence);
+    endWith(describe({record.ExceptionCode, record.ExceptionAddress}).data());
 }
 
 } // namespace
 
-void installCrashFilter() {
+void printCrash(const char* sentence) {
+    DWORD written = 0;
+    WriteFile(GetStdHandle(STD_ERROR_HANDLE), sentence, static_cast<DWORD>(std::strlen(sentence)), &written,
+              nullptr);
+}
+
+void installCrashFilter(const char* program, CrashTeller teller) {
+    programName = program;
+    tell = teller;
     SetErrorMode(SEM_FAILCRITICALERRORS | SEM_NOGPFAULTERRORBOX);
     SetUnhandledExceptionFilter(onCrash);
-    std::set_terminate([] { endWith("scanexport: Crashed with an exception that nobody caught.\n"); });
+    std::set_terminate([] { endWith("an exception that nobody caught"); });
 }
 
 } // namespace host

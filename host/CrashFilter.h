@@ -5,9 +5,17 @@ namespace host {
 
 constexpr int crashExitCode = 99;
 
-/// From now on a crash of any thread, and an exception that nobody catches, prints where it happened (module
-/// and offset, for use with the module's symbols) to the error output and ends the process with
-/// crashExitCode.
-void installCrashFilter();
+/// Tells the person a sentence, in UTF-8, of how the program crashed. Called on the thread that did, whose heap may be
+/// what is broken.
+using CrashTeller = void (*)(const char* sentence);
+
+/// Prints the sentence to the error output.
+void printCrash(const char* sentence);
+
+/// From now on a crash of any thread, and an exception that nobody catches, is told with where it happened (module
+/// and offset, for use with the module's symbols) and ends the process with crashExitCode. When telling crashes in turn
+/// the process ends at once.
+/// @param program  a name that lives as long as the process
+void installCrashFilter(const char* program, CrashTeller teller);
 
 } // namespace host

@@ -7,7 +7,7 @@
 #include "host/SystemConsole.h"
 
 int wmain(int argc, wchar_t** argv) {
-    host::installCrashFilter();
+    host::installCrashFilter("scanexport", host::printCrash);
     host::startLog();
     host::SystemConsole console;
     return host::runScanExport({argv + 1, argv + argc}, console, {host::programFolder()});

@@ -62,6 +62,10 @@ bool isComponent(const std::wstring& path) {
     return result;
 }
 
+void logFailure(const std::string& sentence) {
+    bxutils::getSystemLogFormater()->log(0, sentence.c_str(), "host/desktop/ComponentFolder", __LINE__);
+}
+
 } // namespace
 
 std::vector<std::wstring> componentsIn(const std::wstring& folder) {
@@ -87,8 +91,28 @@ ComponentFolder::ComponentFolder(const std::wstring& folder, EnginesManager& man
 }
 
 ComponentFolder::~ComponentFolder() {
-    while (!components.empty())
-        components.pop_back();
+    unload();
+}
+
+std::vector<std::string> ComponentFolder::unload() {
+    std::vector<std::string> failed;
+    for (; !components.empty(); components.pop_back()) {
+        ComponentModule& component = *components.back();
+        const AfxThreadSnapshot toolkit;
+        try {
+            const auto crash = callGuarded([&] { component.close(); });
+            if (!crash)
+                continue;
+            toolkit.restore();
+            component.abandon();
+            failed.push_back("A component crashed while ending with " + std::string(describe(*crash).data()) +
+                             '.');
+        } catch (const HostError& error) {
+            failed.push_back(error.what());
+        }
+        logFailure(failed.back());
+    }
+    return failed;
 }
 
 void ComponentFolder::load(const std::wstring& path, EnginesManager& manager) {
@@ -103,16 +127,12 @@ void ComponentFolder::load(const std::wstring& path, EnginesManager& manager) {
         toolkit.restore();
         while (manager.getFactories().size() > others)
             manager.unregisterFactory(manager.getFactories().back().get());
-        fail("The component " + utf8(path) + " cannot be loaded: it crashed with " + describe(*crash).data() +
-             ".");
+        failureTexts.push_back("The component " + utf8(path) + " cannot be loaded: it crashed with " +
+                               describe(*crash).data() + ".");
     } catch (const HostError& error) {
-        fail(error.what());
+        failureTexts.push_back(error.what());
     }
-}
-
-void ComponentFolder::fail(const std::string& sentence) {
-    failureTexts.push_back(sentence);
-    bxutils::getSystemLogFormater()->log(0, sentence.c_str(), "host/desktop/ComponentFolder", __LINE__);
+    logFailure(failureTexts.back());
 }
 
 } // namespace host

@@ -26,12 +26,15 @@ public:
     ComponentFolder(const ComponentFolder&) = delete;
     ComponentFolder& operator=(const ComponentFolder&) = delete;
 
+    /// Takes all components away. One that throws or crashes meanwhile is logged and does not keep the others here.
+    /// @return one sentence in English for each of these
+    std::vector<std::string> unload();
+
     /// One sentence in English for each component that is missing.
     const std::vector<std::string>& failures() const noexcept { return failureTexts; }
 
 private:
     void load(const std::wstring& path, EnginesManager& manager);
-    void fail(const std::string& sentence);
 
     std::vector<std::unique_ptr<ComponentModule>> components;
     std::vector<std::string> failureTexts;

@@ -8,6 +8,7 @@
 #include "host/Text.h"
 #include "host/ThreadLanguage.h"
 #include "host/desktop/ComponentFolder.h"
+#include "host/desktop/CrashWindow.h"
 #include "host/desktop/DesktopOptions.h"
 #include "host/desktop/ExportRun.h"
 #include "host/desktop/MainWindow.h"
@@ -63,6 +64,7 @@ public:
     /// Speaks the language chosen and loads the components, whose texts are in that language from then on.
     void load() {
         useLanguage(surroundings.programFolder, language());
+        prepareCrashWindow();
         components.emplace(surroundings.programFolder, manager);
     }
 
@@ -74,7 +76,7 @@ public:
         AfxGetApp()->m_pMainWnd = &window;
         window.setTexts();
         window.showFirst(showCommand);
-        tellFailures();
+        tell("ComponentsFailed", components->failures());
         window.add(paths);
         return handleMessages();
     }
@@ -96,25 +98,30 @@ private:
             surroundings.programFolder,
             surroundings.uiLanguage,
             logFilePath(),
-            [this] {
-                // The names of its exports a component has in the language in which it was loaded.
-                components.reset();
-                components.emplace(surroundings.programFolder, manager);
-                window.setTexts();
-            },
+            [this] { languageChanged(); },
             showInFolder,
         };
         SettingsDialog(&window, std::move(targets)).DoModal();
     }
 
-    void tellFailures() {
+    void languageChanged() {
+        prepareCrashWindow();
+        // The names of its exports a component has in the language in which it was loaded.
+        const std::vector<std::string> failures = components->unload();
+        components.emplace(surroundings.programFolder, manager);
+        window.setTexts();
+        tell("ComponentsEndedBadly", failures);
+        tell("ComponentsFailed", components->failures());
+    }
+
+    void tell(const char* key, const std::vector<std::string>& failures) {
         std::string reasons;
-        for (const std::string& failure : components->failures())
+        for (const std::string& failure : failures)
             reasons += (reasons.empty() ? "" : "\n") + failure;
         if (!reasons.empty())
-            window.MessageBox(
-                localText("ScanHost.Window", "ComponentsFailed", {{L"reasons", wide(reasons)}}).c_str(),
-                nullptr, MB_OK | MB_ICONWARNING);
+            ::MessageBoxW(window.GetLastActivePopup()->m_hWnd,
+                          localText("ScanHost.Window", key, {{L"reasons", wide(reasons)}}).c_str(),
+                          AfxGetAppName(), MB_OK | MB_ICONWARNING);
     }
 
     int handleMessages() {

@@ -122,4 +122,30 @@ TEST_F(ComponentFolderTest, SurvivesAComponentThatCrashesAfterRegistering) {
                                                          HasSubstr("a.dll+0x"))));
 }
 
+TEST_F(ComponentFolderTest, TakesTheOthersAwayWhenOneThrowsAtItsEnd) {
+    const std::wstring sound = add(L"SoundComponent", L"a.dll");
+    const std::wstring throwing = add(L"ThrowsAtExit", L"b.dll");
+    ComponentFolder components(folder.path(), manager);
+
+    const auto isTold = AllOf(HasSubstr("b.dll"), HasSubstr("failed while ending"));
+    EXPECT_THAT(components.unload(), ElementsAre(isTold));
+    EXPECT_THAT(log.all(), ElementsAre(isTold));
+    EXPECT_THAT(factoryIds(), IsEmpty());
+    EXPECT_FALSE(GetModuleHandleW(sound.c_str()));
+    EXPECT_FALSE(GetModuleHandleW(throwing.c_str()));
+    EXPECT_THAT(components.unload(), IsEmpty()) << "all of them have been taken away";
+}
+
+TEST_F(ComponentFolderTest, SurvivesAComponentThatCrashesAtItsEnd) {
+    add(L"CrashesAtExit", L"a.dll");
+    const std::wstring sound = add(L"SoundComponent", L"b.dll");
+    {
+        const ComponentFolder components(folder.path(), manager);
+        EXPECT_THAT(factoryIds(), ElementsAre("left behind", "first", "second"));
+    }
+    EXPECT_THAT(log.all(), ElementsAre(AllOf(HasSubstr("crashed while ending"), HasSubstr("a.dll+0x"))));
+    EXPECT_THAT(factoryIds(), IsEmpty());
+    EXPECT_FALSE(GetModuleHandleW(sound.c_str()));
+}
+
 } // namespace
