@@ -8,20 +8,24 @@
 #include "host/CommandLinePath.h"
 #include "host/DialogPilot.h"
 #include "host/HostApplication.h"
+#include "host/LogFile.h"
 #include "host/ProgramFolder.h"
 #include "host/Text.h"
 #include "host/desktop/Commands.h"
 #include "host/desktop/ComponentFolder.h"
 #include "host/desktop/ExportControls.h"
 #include "support/AccessKeys.h"
+#include "support/FileBrowsing.h"
 #include "support/HostTexts.h"
 #include "support/MessageLoop.h"
 #include "support/ScopedRegistryKey.h"
 #include "support/TempFolder.h"
+#include "version.h"
 
 #include <gmock/gmock.h>
 
 #include <commctrl.h>
+#include <ole2.h>
 
 #include <functional>
 #include <string>
@@ -34,6 +38,7 @@ using host::utf8;
 using testing::ElementsAre;
 using testing::HasSubstr;
 using testing::IsEmpty;
+using testing::Not;
 using Names = std::vector<std::wstring>;
 
 /// What the engines of a target do and got.
@@ -545,6 +550,146 @@ TEST_F(MainWindowTest, OpensThePageThatIsDoubleClicked) {
     EXPECT_TRUE(isOffered(host::commandOpen));
     SendMessageW(list(), WM_KEYDOWN, VK_RETURN, 0);
     EXPECT_TRUE(test::handleMessagesUntil([&] { return opened.size() == 2; }));
+}
+
+TEST_F(MainWindowTest, TakesThePlaceThatSuitsAnotherResolution) {
+    open();
+    const HWND status = child(STATUSCLASSNAMEW);
+    const auto fontBefore = SendMessageW(status, WM_GETFONT, 0, 0);
+    RECT suggested{20, 30, 720, 560};
+    window.SendMessage(WM_DPICHANGED, MAKEWPARAM(144, 144), reinterpret_cast<LPARAM>(&suggested));
+
+    CRect rect;
+    window.GetWindowRect(rect);
+    EXPECT_EQ(rect, CRect(20, 30, 720, 560));
+    EXPECT_NE(SendMessageW(status, WM_GETFONT, 0, 0), fontBefore);
+    const HWND view = GetParent(list());
+    CRect client;
+    window.GetClientRect(client);
+    CRect pages;
+    CRect line;
+    GetWindowRect(view, pages);
+    GetWindowRect(status, line);
+    EXPECT_EQ(pages.Width(), client.Width());
+    EXPECT_EQ(pages.bottom, line.top);
+}
+
+TEST_F(MainWindowTest, SaysInATipWhichPagesAButtonExports) {
+    open();
+    addPages({L"a.pdf", L"b.pdf"});
+    const HWND bar = child(TOOLBARCLASSNAMEW);
+    wchar_t text[200] = L"";
+    NMTBGETINFOTIPW tip{};
+    tip.hdr = {bar, static_cast<UINT_PTR>(GetDlgCtrlID(bar)), static_cast<UINT>(TBN_GETINFOTIPW)};
+    tip.pszText = text;
+    tip.cchTextMax = 200;
+    tip.iItem = host::commandExport;
+    window.SendMessage(WM_NOTIFY, tip.hdr.idFrom, reinterpret_cast<LPARAM>(&tip));
+    EXPECT_EQ(utf8(text), "Fish & chips (Ctrl+1)\nTo export: all 2 pages");
+}
+
+TEST_F(MainWindowTest, AddsTheFilesAndFoldersChosenInDialogs) {
+    ASSERT_TRUE(SUCCEEDED(OleInitialize(nullptr)));
+    open();
+    const std::wstring file = folder.write(L"a.pdf", "%PDF-1.4");
+    CreateDirectoryW((folder / L"scans").c_str(), nullptr);
+    folder.write(L"scans\\b.pdf", "%PDF-1.4");
+    folder.write(L"scans\\c.pdf", "%PDF-1.4");
+
+    host::DialogPilot pilot(std::chrono::seconds(20));
+    pilot.then("the files", test::fileDialog(), test::typeFileName(file));
+    command(host::commandAddFiles);
+    EXPECT_TRUE(test::handleMessagesUntil([this] { return statusPart(0) == L"1 page"; }));
+    pilot.then("the folders", test::fileDialog(), test::typeFileName(folder / L"scans"));
+    command(host::commandAddFolder);
+    EXPECT_TRUE(test::handleMessagesUntil([this] { return statusPart(0) == L"3 pages"; }));
+    EXPECT_TRUE(pilot.succeeded()) << pilot.failure();
+    OleUninitialize();
+}
+
+TEST_F(MainWindowTest, OpensTheMenuOfThePagesWithTheKeyboard) {
+    open();
+    addPages({L"a.pdf", L"b.pdf"});
+    select(0, 1);
+    UINT moveBack = 0;
+    host::DialogPilot pilot(std::chrono::seconds(20));
+    pilot.then(
+        "the menu", [](HWND popup) { return host::windowClass(popup) == L"#32768"; },
+        [&](HWND popup) {
+            const auto menu = reinterpret_cast<HMENU>(SendMessageW(popup, MN_GETHMENU, 0, 0));
+            moveBack = GetMenuState(menu, host::commandMoveBack, MF_BYCOMMAND);
+            return PostMessageW(window, WM_CHAR, 'r', 0) != FALSE;
+        });
+    BYTE keys[256] = {};
+    keys[VK_SHIFT] = 0x80;
+    SetKeyboardState(keys);
+    SendMessageW(list(), WM_SYSKEYDOWN, VK_F10, 0);
+    keys[VK_SHIFT] = 0;
+    SetKeyboardState(keys);
+    command(0);
+
+    EXPECT_TRUE(pilot.succeeded()) << pilot.failure();
+    EXPECT_TRUE(moveBack & MF_GRAYED) << "it is the first page";
+    EXPECT_EQ(statusPart(0), L"1 page") << "the letter removes the selected one";
+}
+
+TEST_F(MainWindowTest, TellsItsVersionAndWhereItsLogIs) {
+    open();
+    std::string text;
+    host::DialogPilot pilot(std::chrono::seconds(20));
+    pilot.then("the message", host::anyMessageBox(), [&text](HWND box) {
+        text = utf8(host::messageBoxText(box));
+        return host::click(IDOK)(box) || host::click(IDCANCEL)(box);
+    });
+    command(host::commandAbout);
+    EXPECT_TRUE(pilot.succeeded()) << pilot.failure();
+    EXPECT_THAT(text, HasSubstr("ScanHost " PRODUCT_VERSION "\n"));
+    EXPECT_THAT(text, HasSubstr(utf8(host::logFilePath())));
+}
+
+TEST_F(MainWindowTest, DoesNotExportWhatAShortcutCannotMean) {
+    open();
+    target.names = {L"untouched"};
+    command(host::commandExport);
+    EXPECT_THAT(target.names, ElementsAre(L"untouched")) << "there are no pages";
+}
+
+TEST_F(MainWindowTest, NamesOnlySomeOfManyItemsLeftOut) {
+    open();
+    std::string told;
+    host::DialogPilot pilot(std::chrono::seconds(20));
+    pilot.then("the message", host::anyMessageBox(), [&told](HWND box) {
+        told = utf8(host::messageBoxText(box));
+        return host::click(IDOK)(box);
+    });
+    Names missing;
+    for (int i = 0; i < 10; ++i)
+        missing.push_back(folder / (L"missing" + std::to_wstring(i) + L".pdf"));
+    addPaths(missing);
+
+    EXPECT_TRUE(pilot.succeeded()) << pilot.failure();
+    EXPECT_THAT(told, HasSubstr("missing7.pdf"));
+    EXPECT_THAT(told, Not(HasSubstr("missing8.pdf")));
+    EXPECT_THAT(told, testing::EndsWith("… and 2 more"));
+}
+
+TEST_F(MainWindowTest, GoesPastButtonsThatCannotBePressed) {
+    const host::ComponentModule unavailable(
+        host::fullPathOf(host::wide(TEST_COMPONENTS)) + L"\\SoundComponent.dll", manager);
+    const bxbase::Reference<RecordingFactory> last(new bxbase::ReferencedImpl<RecordingFactory>(target));
+    manager.registerFactory(last.get());
+    open();
+    addPages({L"a.pdf"});
+    const HWND bar = child(TOOLBARCLASSNAMEW);
+    SetFocus(bar);
+    const auto hotAfter = [bar](WPARAM key) {
+        SendMessageW(bar, WM_KEYDOWN, key, 0);
+        return SendMessageW(bar, TB_GETHOTITEM, 0, 0);
+    };
+    EXPECT_EQ(hotAfter(VK_RIGHT), 3);
+    EXPECT_EQ(hotAfter(VK_LEFT), 0);
+    EXPECT_EQ(hotAfter(VK_END), 3);
+    EXPECT_EQ(hotAfter(VK_HOME), 0);
 }
 
 class MainWindowTextsTest : public MainWindowTest, public testing::WithParamInterface<std::wstring> {};

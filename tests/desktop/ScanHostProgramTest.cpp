@@ -1,4 +1,5 @@
 // ScanHost.exe as a program: its windows are used from outside, as by a person.
+#include "desktop/FileData.h"
 #include "host/CommandLinePath.h"
 #include "host/DialogPilot.h"
 #include "host/DirectoryDialogControls.h"
@@ -302,6 +303,21 @@ TEST_F(ScanHostProgramTest, LivesThroughComponentsThatFailWhileEnding) {
         scanHost.close();
     });
     EXPECT_EQ(exitCode, 0u);
+}
+
+TEST_F(ScanHostProgramTest, PastesFiles) {
+    ASSERT_TRUE(OpenClipboard(nullptr));
+    EmptyClipboard();
+    EXPECT_TRUE(SetClipboardData(CF_HDROP, test::fileData({first, second})));
+    CloseClipboard();
+    run({L"--lang", L"en"}, [](const RunningProgram& scanHost) {
+        scanHost.command(host::commandPaste);
+        scanHost.expectPages(L"2 pages");
+        scanHost.close();
+    });
+    ASSERT_TRUE(OpenClipboard(nullptr));
+    EmptyClipboard();
+    CloseClipboard();
 }
 
 TEST_F(ScanHostProgramTest, TellsOfACrashInAWindow) {
