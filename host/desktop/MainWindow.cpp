@@ -163,7 +163,7 @@ LRESULT MainWindow::OnDestroy(WPARAM, LPARAM) {
 LRESULT MainWindow::OnActivate(WPARAM wParam, LPARAM) {
     if (LOWORD(wParam) != WA_INACTIVE)
         return Default();
-    lastFocus = ::GetFocus();
+    rememberFocus();
     return 0;
 }
 
@@ -234,6 +234,8 @@ void MainWindow::OnRemove() {
 }
 
 void MainWindow::OnExport(UINT command) {
+    // A mail program is called without a focus, so later it could not be learnt.
+    rememberFocus();
     const auto factory = manager.getFactories()[targetOf(command)];
     runExport(*this, *factory, takesSelection(command) ? pages.pages(view.selection()) : pages.pages(),
               watch);
@@ -285,6 +287,11 @@ void MainWindow::addAt(std::size_t position, const std::vector<std::wstring>& pa
         firstNew = position;
     adder.add(paths, position);
     update();
+}
+
+void MainWindow::rememberFocus() {
+    if (const HWND focus = ::GetFocus(); IsChild(m_hWnd, focus))
+        lastFocus = focus;
 }
 
 void MainWindow::pagesChanged() {

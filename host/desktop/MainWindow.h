@@ -91,6 +91,7 @@ private:
 
     void layOut();
     void addAt(std::size_t position, const std::vector<std::wstring>& paths);
+    void rememberFocus();
     void pagesChanged();
     void update();
     void keepOrder(PageOrder wanted);
@@ -118,7 +119,7 @@ private:
     Font font;
     HACCEL shortcuts = nullptr;
     std::optional<std::size_t> firstNew; ///< where the pages that are being added begin, until that is shown
-    HWND lastFocus = nullptr;            ///< the pane that had the focus before another window was active
+    HWND lastFocus = nullptr; ///< the pane that had the focus last, to get it again
     bool closesAfterExport = false;
 };
 

@@ -510,6 +510,24 @@ TEST_F(MainWindowTest, PressesAButtonWithTheKeyboard) {
     EXPECT_THAT(target.names, ElementsAre(L"a.pdf"));
 }
 
+TEST_F(MainWindowTest, HasTheFocusOnTheButtonsAgainAfterAnExportThatTookItAway) {
+    open();
+    addPages({L"a.pdf"});
+    const HWND bar = child(TOOLBARCLASSNAMEW);
+    SetFocus(bar);
+    // As an export to e-mail does.
+    target.during = [this] {
+        SetFocus(nullptr);
+        SetActiveWindow(nullptr);
+        window.SetActiveWindow();
+        window.SetFocus();
+    };
+
+    exportWith(host::commandExport);
+
+    EXPECT_EQ(GetFocus(), bar);
+}
+
 TEST_F(MainWindowTest, DoesWhatAShortcutSays) {
     open();
     addPages({L"a.pdf", L"b.pdf"});
