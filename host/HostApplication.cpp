@@ -1,6 +1,10 @@
 // The host application, as its components see it.
 #include "host/HostApplication.h"
 
+#include "host/Text.h"
+
+#include <afxwin.h>
+
 #include <utility>
 
 namespace host {
@@ -12,6 +16,12 @@ HostApplication::HostApplication(std::wstring path)
 
 HostApplication::~HostApplication() {
     SorvaneCommon::SetApplication(nullptr);
+}
+
+SorvaneCommon::MessageDlgResult HostApplication::showMessage(HWND owner, SorvaneCommon::MessageDlgType type,
+                                                             const Sorvane::u8string& text,
+                                                             const Sorvane::u8string& title) {
+    return Application::showMessage(owner, type, text, title.empty() ? utf8(AfxGetAppName()) : title);
 }
 
 } // namespace host

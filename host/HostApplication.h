@@ -23,6 +23,12 @@ public:
     std::wstring getRegistryVersion() const override { return version; }
     SorvaneCommon::SettingsStore* getSettingsStore() override { return &settings; }
 
+    /// A message without a title gets the program's name: a person finds windows by their titles, and screen readers
+    /// read them.
+    SorvaneCommon::MessageDlgResult showMessage(HWND owner, SorvaneCommon::MessageDlgType type,
+                                                const Sorvane::u8string& text,
+                                                const Sorvane::u8string& title) override;
+
 private:
     std::wstring basePath;
     SorvaneCommon::RegistrySettingsStore settings;
