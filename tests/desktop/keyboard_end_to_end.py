@@ -16,7 +16,7 @@ import zipfile
 sys.path.insert(0, str(pathlib.Path(__file__).parents[1] / "draftmail"))
 from draftcheck import Prefix, Tool, check, expect_draft, only_draft_in  # noqa: E402
 
-SECONDS = 20
+SECONDS = 60
 LIST = "SysListView32"
 BAR = "ToolbarWindow32"
 
