@@ -119,7 +119,7 @@ private:
     Font font;
     HACCEL shortcuts = nullptr;
     std::optional<std::size_t> firstNew; ///< where the pages that are being added begin, until that is shown
-    HWND lastFocus = nullptr; ///< the pane that had the focus last, to get it again
+    HWND lastFocus = nullptr;            ///< the pane that had the focus last, to get it again
     bool closesAfterExport = false;
 };
 
