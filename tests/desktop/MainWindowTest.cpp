@@ -668,6 +668,9 @@ TEST_F(MainWindowTest, TellsItsVersionAndWhereItsLogIs) {
 TEST_F(MainWindowTest, DoesNotExportWhatAShortcutCannotMean) {
     open();
     target.names = {L"untouched"};
+    // Whatever an export would show.
+    host::DialogPilot pilot(std::chrono::seconds(20));
+    pilot.always(host::dialogWith(IDC_RESULT_TEXT), host::click(IDOK));
     command(host::commandExport);
     EXPECT_THAT(target.names, ElementsAre(L"untouched")) << "there are no pages";
 }
