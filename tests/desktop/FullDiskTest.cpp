@@ -13,6 +13,7 @@ class DesktopFullDiskTest : public test::ExportRunFixture {
 protected:
     void SetUp() override {
         std::array<wchar_t, MAX_PATH> path{};
+        // full_disk.sh makes the disk and runs these tests; without it there is none that may be filled.
         if (!GetEnvironmentVariableW(L"SMALL_DISK", path.data(), MAX_PATH))
             GTEST_SKIP() << "no small disk here";
         disk = path.data();

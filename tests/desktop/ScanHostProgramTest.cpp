@@ -220,6 +220,7 @@ TEST_F(ScanHostProgramTest, ShowsThePagesGivenInTheLanguageGiven) {
 
 TEST_F(ScanHostProgramTest, TakesUnixPaths) {
     const auto path = test::unixName(first);
+    // Windows takes such a path for one on the current drive.
     if (!path)
         GTEST_SKIP() << "there are none on Windows";
     run({L"--lang", L"en", wide(*path)}, [](const RunningProgram& scanHost) {
