@@ -84,8 +84,9 @@ void ProgressWindow::show(Progress now) {
         isUpdatePosted = PostMessageW(window, updateMessage, 0, 0) != FALSE;
 }
 
+// Waits for the other thread, or that would still come to the front, over the question that is about to open.
 void ProgressWindow::standAside(bool aside) {
-    PostMessageW(window, asideMessage, aside, 0);
+    SendMessageW(window, asideMessage, aside, 0);
 }
 
 void ProgressWindow::run(HANDLE ready) {
@@ -193,16 +194,16 @@ void ProgressWindow::appear() {
     }
 }
 
-// The active window must not hide before the one that is to follow it is there, or another program's follows it.
+// The active window must not hide before the one that is to follow it has become active, which takes its thread a while,
+// or no window or one of another program gets the keyboard.
 void ProgressWindow::giveWay() {
-    const bool isActive = GetForegroundWindow() == window;
-    const HWND popup = GetLastActivePopup(owner);
-    const bool hasFollower = popup != owner && IsWindowVisible(popup);
-    if (isActive && !hasFollower && ++triesToGiveWay < maximumTriesToGiveWay)
+    const HWND front = GetForegroundWindow();
+    if ((!front || front == window) && ++triesToGiveWay < maximumTriesToGiveWay) {
+        if (const HWND popup = GetLastActivePopup(owner); popup != owner && IsWindowVisible(popup))
+            SetForegroundWindow(popup);
         return;
+    }
     KillTimer(window, giveWayTimer);
-    if (isActive && hasFollower)
-        SetForegroundWindow(popup);
     ShowWindow(window, SW_HIDE);
 }
 
