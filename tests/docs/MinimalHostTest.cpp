@@ -13,6 +13,7 @@
 
 #include <windows.h>
 
+#include <algorithm>
 #include <chrono>
 #include <functional>
 
@@ -80,6 +81,15 @@ protected:
                         }));
     }
 
+    /// What a program writes is kept in temporary files, which go with the last process that has got them.
+    void waitForOutputFiles() const {
+        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
+        const auto isOutput = [](const std::wstring& name) { return name.ends_with(L".tmp"); };
+        while (std::ranges::any_of(temporaryFiles.list(), isOutput) &&
+               std::chrono::steady_clock::now() < deadline)
+            Sleep(10);
+    }
+
     const test::TempFolder images;
     const test::TempFolder target;
     const test::TempFolder temporaryFiles;
@@ -121,6 +131,7 @@ TEST_F(MinimalHostTest, ExportsItsPagesToAnArchiveAndLeavesNoCopies) {
     EXPECT_EQ(result.exitCode, 0u) << result.errors;
     EXPECT_THAT(test::zipEntries(test::readFile(target / L"pages.zip")),
                 ElementsAre(Pair("Scan1.tif", "first"), Pair("Scan2.jpg", "second")));
+    waitForOutputFiles();
     EXPECT_THAT(temporaryFiles.filesOfOthers(), ElementsAre());
 }
 
