@@ -90,7 +90,7 @@ MailClient::Behaviour readsAttachmentsLater(std::shared_future<void> start,
                                             std::future<std::vector<ReadAttachment>>& attachments);
 /// Does something of the test's meanwhile.
 MailClient::Behaviour meanwhile(std::function<void()> action);
-/// Reads from address 0, after it has said so on the standard error.
+/// Executes an illegal instruction, in whatever build, after it has said so on the standard error.
 MailClient::Behaviour crashes();
 
 } // namespace test
