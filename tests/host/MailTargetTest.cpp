@@ -10,6 +10,7 @@
 #include <gmock/gmock.h>
 
 #include <climits>
+#include <map>
 
 namespace {
 
@@ -18,6 +19,7 @@ using host::mailDialog::subjectEdit;
 using test::MailCall;
 using test::OpenFile;
 using test::Person;
+using testing::_;
 using testing::AllOf;
 using testing::ElementsAre;
 using testing::EndsWith;
@@ -181,7 +183,8 @@ TEST_F(MailTargetTest, TellsWhyTheMailClientTookNothing) {
     }
 }
 
-/// The titles of the dialogs and message boxes that this thread has shown.
+/// The titles of the dialogs and message boxes that this thread has shown, by their windows. A window counts once,
+/// however often it becomes the active one: other programs' windows may come in between.
 class ShownDialogs {
 public:
     ShownDialogs() { titles.clear(); }
@@ -189,13 +192,13 @@ public:
     ShownDialogs(const ShownDialogs&) = delete;
     ShownDialogs& operator=(const ShownDialogs&) = delete;
 
-    static inline std::vector<std::wstring> titles;
+    static inline std::map<HWND, std::wstring> titles;
 
 private:
     static LRESULT CALLBACK onEvent(int code, WPARAM wParam, LPARAM lParam) {
         if (const auto window = reinterpret_cast<HWND>(wParam);
             code == HCBT_ACTIVATE && host::windowClass(window) == L"#32770")
-            titles.push_back(host::windowText(window));
+            titles.emplace(window, host::windowText(window));
         return CallNextHookEx(nullptr, code, wParam, lParam);
     }
 
@@ -210,7 +213,7 @@ TEST_F(MailTargetTest, ShowsThePromptUnderTheProgramsName) {
     };
     const ShownDialogs shown;
     EXPECT_EQ(mail({pages}), 1);
-    EXPECT_THAT(shown.titles, ElementsAre(L"scanexport"));
+    EXPECT_THAT(shown.titles, ElementsAre(Pair(_, L"scanexport")));
 }
 
 TEST_F(MailTargetTest, KeepsTheUserOutOfOtherWindowsWhileTheMailClientHasControl) {
