@@ -208,11 +208,13 @@ private:
     ExportResult tellStopped(std::optional<std::size_t> done) {
         report.kind = ExportReport::Kind::Stopped;
         report.text = localText(section, "Result.Stopped");
-        if (done) {
+        if (done && *done == 0) {
+            report.text += L'\n' + localText(section, "Result.Nothing");
+        } else if (done && dialogs.place()) {
+            // Pages that have no place may be nowhere, as those of a message that was not made.
             report.text += L'\n' + localCount(section, "Result.StoppedAfter", *done,
                                               {{L"total", std::to_wstring(pages.size())}});
-            if (*done > 0)
-                showPlace();
+            showPlace();
         }
         return ExportResult::Stopped;
     }

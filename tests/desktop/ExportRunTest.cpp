@@ -99,7 +99,7 @@ TEST_F(ExportRunTest, StopsAtTheNextPageAndTellsWhatIsThere) {
     EXPECT_EQ(exportToDirectory(out), ExportResult::Stopped);
 
     EXPECT_THAT(test::namesIn(out), ElementsAre(L"Scan0001.tif", L"Scan0002.tif"));
-    EXPECT_EQ(shown.text, L"The export was stopped.\n2 pages of 5 had been processed before.");
+    EXPECT_EQ(shown.text, L"The export was stopped.\n2 of 5 pages were exported.");
     EXPECT_EQ(shown.path, out);
     EXPECT_EQ(shown.details, L"") << "the engine's failure is of the person's making";
     EXPECT_TRUE(shown.canOpen);
@@ -114,7 +114,7 @@ TEST_F(ExportRunTest, AStoppedArchiveHoldsThePagesBefore) {
 
     EXPECT_EQ(exportToZip(folder / L"scans.zip"), ExportResult::Stopped);
 
-    EXPECT_EQ(shown.text, L"The export was stopped.\n3 pages of 5 had been processed before.");
+    EXPECT_EQ(shown.text, L"The export was stopped.\n3 of 5 pages were exported.");
     EXPECT_EQ(test::parseZip(test::readFile(folder / L"scans.zip")).items.size(), 3u);
 }
 
@@ -128,14 +128,24 @@ TEST_F(ExportRunTest, AStopBeforeTheMailClientIsCalledMailsNothing) {
 
     EXPECT_EQ(exportToMail(), ExportResult::Stopped);
 
+    EXPECT_EQ(shown.text, L"The export was stopped.") << "the first page was attached, but is in no message";
     EXPECT_THAT(client.calls, IsEmpty());
+}
+
+TEST_F(ExportRunTest, AStopAtTheFirstPageExportsNothing) {
+    addPages(2);
+    watch.whenAtPage = [this](std::size_t) { pressStop(); };
+
+    EXPECT_EQ(exportToDirectory(out), ExportResult::Stopped);
+
+    EXPECT_EQ(shown.text, L"The export was stopped.\nNo pages were exported.");
+    EXPECT_EQ(shown.path, L"") << "nothing is there yet";
 }
 
 TEST_F(ExportRunTest, TheNextExportIsNotStopped) {
     addPages(3);
     watch.whenAtPage = [this](std::size_t) { pressStop(); };
     EXPECT_EQ(exportToDirectory(out), ExportResult::Stopped);
-    EXPECT_EQ(shown.path, L"") << "nothing is there yet";
     watch.whenAtPage = nullptr;
 
     EXPECT_EQ(exportToDirectory(out), ExportResult::Done);
@@ -149,7 +159,7 @@ TEST_F(ExportRunTest, ANoToOverwritingIsAStop) {
 
     EXPECT_EQ(exportToDirectory(out), ExportResult::Stopped);
 
-    EXPECT_EQ(shown.text, L"The export was stopped.\n1 page of 2 had been processed before.");
+    EXPECT_EQ(shown.text, L"The export was stopped.\n1 of 2 pages was exported.");
 }
 
 TEST_F(ExportRunTest, ANoToALargeMessageIsAStop) {
