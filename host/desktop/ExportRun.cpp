@@ -159,7 +159,8 @@ private:
                 [this] { watch.stop(); });
             const OwnerGuard guard(owner, [&](bool isEnabled) { progress.standAside(!isEnabled); });
             const Running running(watch, pages, [&](std::size_t index) {
-                last = index;
+                if (!watch.hasRefused())
+                    last = index;
                 dialogs.forgetAnswers();
                 progress.show(progressAt(index));
                 letWindowsPaint();

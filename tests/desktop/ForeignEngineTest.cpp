@@ -98,6 +98,17 @@ TEST_F(ForeignEngineTest, AStopIsNoSuccessOfAnEngineThatPassesOverPages) {
               ExportResult::Stopped);
 }
 
+TEST_F(ForeignEngineTest, PagesPassedOverAreNotExported) {
+    addPages(3);
+    watch.whenAtPage = [this](std::size_t) { watch.stop(); };
+    EXPECT_EQ(exportBy([](const Items& items, ExportErrorSink&) {
+                  askForData(items);
+                  return 0;
+              }),
+              ExportResult::Stopped);
+    EXPECT_EQ(shown.text, L"The export was stopped.\nNo pages were exported.");
+}
+
 TEST_F(ForeignEngineTest, AStopThatComesTooLateIsNone) {
     addPages(2);
     EXPECT_EQ(exportBy([this](const Items& items, ExportErrorSink&) {
