@@ -302,6 +302,24 @@ TEST_P(LanguageFileTest, HasNoSignThatMayBeginALine) {
             EXPECT_THAT(text, testing::Not(testing::HasSubstr(sign))) << key.second;
 }
 
+TEST_P(LanguageFileTest, QuotesInOneWay) {
+    std::string marks;
+    for (const auto& [key, text] : language.getTexts())
+        for (const char* mark : {"“", "”", "„", "«", "»"})
+            if (text.find(mark) != std::string::npos && marks.find(mark) == std::string::npos)
+                marks += mark;
+    EXPECT_THAT(marks, testing::AnyOf("“”", "“„", "”„", "«»"));
+}
+
+TEST(LanguageFilesTest, HaveANoBreakSpaceBeforeFrenchSigns) {
+    bxutils::ResourceManager french;
+    ASSERT_TRUE(french.loadLanguageFile(FOLDER + L"\\fr.ini"));
+    for (const auto& [key, text] : french.getTexts())
+        for (std::size_t sign = text.find_first_of(":;?!"); sign != std::string::npos;
+             sign = text.find_first_of(":;?!", sign + 1))
+            EXPECT_THAT(text.substr(0, sign), testing::EndsWith("\u00A0")) << key.second;
+}
+
 TEST_P(LanguageFileTest, HasAPageNameThatFileNamesMayHold) {
     const std::string page = language.getText("Scan", "BasicExport.Page");
     EXPECT_EQ(bxdisk::normalizeFileName(page), page);
