@@ -22,6 +22,8 @@ struct Shortcut {
 constexpr Shortcut shortcuts[] = {
     {commandAddFiles, FCONTROL, 'O'},
     {commandAddFolder, FCONTROL | FSHIFT, 'O'},
+    {commandUndo, FCONTROL, 'Z'},
+    {commandRedo, FCONTROL, 'Y'},
     {commandPaste, FCONTROL, 'V'},
     {commandSelectAll, FCONTROL, 'A'},
     {commandRemove, 0, VK_DELETE},
@@ -120,7 +122,10 @@ HMENU createMenuBar(const std::vector<std::wstring>& exports) {
         popupOf(
             {{commandAddFiles, "AddFiles"}, {commandAddFolder, "AddFolder"}, line, {commandExit, "Exit"}}));
     appendPopup(bar, "Menu.Edit",
-                popupOf({{commandOpen, "Open"},
+                popupOf({{commandUndo, "Undo"},
+                         {commandRedo, "Redo"},
+                         line,
+                         {commandOpen, "Open"},
                          {commandPaste, "Paste"},
                          {commandSelectAll, "SelectAll"},
                          {commandRemove, "Remove"},

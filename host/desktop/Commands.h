@@ -13,6 +13,8 @@ enum Command : UINT {
     commandAddFiles = 3000,
     commandAddFolder,
     commandExit,
+    commandUndo,
+    commandRedo,
     commandPaste,
     commandSelectAll,
     commandOpen,

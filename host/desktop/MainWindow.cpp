@@ -48,6 +48,8 @@ BEGIN_MESSAGE_MAP(MainWindow, CWnd)
     ON_COMMAND(commandAddFiles, &MainWindow::OnAddFiles)
     ON_COMMAND(commandAddFolder, &MainWindow::OnAddFolder)
     ON_COMMAND(commandExit, &MainWindow::OnExit)
+    ON_COMMAND(commandUndo, &MainWindow::OnUndo)
+    ON_COMMAND(commandRedo, &MainWindow::OnRedo)
     ON_COMMAND(commandPaste, &MainWindow::OnPaste)
     ON_COMMAND(commandSelectAll, &MainWindow::OnSelectAll)
     ON_COMMAND(commandOpen, &MainWindow::OnOpen)
@@ -296,6 +298,7 @@ void MainWindow::rememberFocus() {
 
 void MainWindow::pagesChanged() {
     view.pagesChanged();
+    remember();
     update();
 }
 
@@ -312,12 +315,33 @@ void MainWindow::keepOrder(PageOrder wanted) {
 }
 
 void MainWindow::sort() {
-    if (order == PageOrder::Own) {
-        update();
-        return;
+    if (order != PageOrder::Own) {
+        pages.sort(order);
+        view.pagesChanged();
     }
-    pages.sort(order);
-    pagesChanged();
+    remember();
+    update();
+}
+
+void MainWindow::remember() {
+    if (!adder.isAdding())
+        history.record({pages.pages(), order});
+}
+
+void MainWindow::restore(const PageState& state) {
+    FilePages before = pages.pages();
+    std::ranges::sort(before, {}, &bxbase::Reference<FilePage>::get);
+    pages.set(state.pages);
+    order = state.order;
+    settings.setPageOrder(order);
+    view.pagesChanged();
+
+    std::vector<std::size_t> back;
+    for (std::size_t i = 0; i < pages.size(); ++i)
+        if (!std::ranges::binary_search(before, pages[i].get(), {}, &bxbase::Reference<FilePage>::get))
+            back.push_back(i);
+    view.select(back.empty() ? view.selection() : back);
+    update();
 }
 
 void MainWindow::showPagesMenu(CPoint screen) {
@@ -339,6 +363,10 @@ bool MainWindow::isPossible(UINT command) const {
         return command == commandExit;
     const auto selected = view.selection();
     switch (command) {
+    case commandUndo:
+        return history.canUndo() && !adder.isAdding();
+    case commandRedo:
+        return history.canRedo() && !adder.isAdding();
     case commandPaste:
         return IsClipboardFormatAvailable(CF_HDROP);
     case commandSelectAll:

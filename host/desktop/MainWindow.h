@@ -8,6 +8,7 @@
 #include "host/desktop/MessageFont.h"
 #include "host/desktop/PageAdder.h"
 #include "host/desktop/PageCollection.h"
+#include "host/desktop/PageHistory.h"
 #include "host/desktop/PageView.h"
 #include "host/desktop/StatusBar.h"
 #include "host/desktop/ThumbnailLoader.h"
@@ -27,6 +28,8 @@ namespace host {
 /// An export takes the selected pages when there are several, otherwise all: a single one is often selected just by
 /// looking at it. The status bar and the tips say which, and a menu has exports of the one and the other kind.
 /// For the same reason only what is pasted comes behind the selected pages; other new pages come at the end.
+///
+/// What is done to the list of pages can be undone; all that happens while pages are being added counts as one step.
 ///
 /// In the order by name or date the pages stay, those that are added as well, until the person moves some by hand.
 ///
@@ -72,6 +75,8 @@ private:
     void OnAddFiles();
     void OnAddFolder();
     void OnExit() { PostMessage(WM_CLOSE); }
+    void OnUndo() { restore(history.undo()); }
+    void OnRedo() { restore(history.redo()); }
     void OnPaste();
     void OnSelectAll() { view.selectAll(); }
     void OnOpen();
@@ -94,8 +99,10 @@ private:
     void rememberFocus();
     void pagesChanged();
     void update();
+    void restore(const PageState& state);
     void keepOrder(PageOrder wanted);
     void sort();
+    void remember();
     void showPagesMenu(CPoint screen);
     void tellLeftOut(const std::vector<LeftOut>& leftOut);
 
@@ -112,6 +119,7 @@ private:
     ExportWatch watch;
     PageCollection pages{&watch};
     ThumbnailLoader thumbnails;
+    PageHistory history{{{}, order}};
     PageView view{pages, thumbnails};
     PageAdder adder;
     ExportBar exports;

@@ -8,6 +8,7 @@
 
 #include <cstddef>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace host {
@@ -60,6 +61,9 @@ public:
 
     /// Leaves the pages where they are when the order is the person's own.
     void sort(PageOrder order);
+
+    /// Replaces all of them.
+    void set(FilePages pages) { list = std::move(pages); }
 
 private:
     PageMaker maker;

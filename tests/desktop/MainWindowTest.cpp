@@ -360,6 +360,68 @@ TEST_F(MainWindowTest, LeavesTheOrderToThePersonWhoMovesPages) {
     EXPECT_THAT(target.names, ElementsAre(L"b.pdf", L"a.pdf", L"_.pdf"));
 }
 
+TEST_F(MainWindowTest, TakesBackWhatWasDoneToThePagesAndDoesItAgain) {
+    open();
+    addPages({L"a.pdf", L"b.pdf", L"c.pdf"});
+    select(1, 2);
+    command(host::commandRemove);
+    command(host::commandUndo);
+    EXPECT_EQ(statusPart(0), L"3 pages, 1 selected") << "what came back is selected";
+    command(host::commandMoveForward);
+    exportWith(host::commandExportAll);
+    EXPECT_THAT(target.names, ElementsAre(L"a.pdf", L"c.pdf", L"b.pdf"));
+    EXPECT_FALSE(isOffered(host::commandRedo)) << "something else was done since";
+
+    command(host::commandUndo);
+    exportWith(host::commandExportAll);
+    EXPECT_THAT(target.names, ElementsAre(L"a.pdf", L"b.pdf", L"c.pdf"));
+    command(host::commandRedo);
+    EXPECT_FALSE(isOffered(host::commandRedo));
+    exportWith(host::commandExportAll);
+    EXPECT_THAT(target.names, ElementsAre(L"a.pdf", L"c.pdf", L"b.pdf"));
+}
+
+TEST_F(MainWindowTest, ShowsWhatCameBack) {
+    open();
+    addPages(Names(100, L"a.pdf"));
+    select(99, 100);
+    command(host::commandRemove);
+    select(0, 1);
+    SendMessageW(list(), LVM_ENSUREVISIBLE, 0, FALSE);
+    command(host::commandUndo);
+    EXPECT_TRUE(isInSight(99));
+}
+
+TEST_F(MainWindowTest, TakesBackAnOrderTogetherWithTheSorting) {
+    open();
+    addPages({L"b.pdf", L"a.pdf"});
+    command(host::commandSortByName);
+    command(host::commandUndo);
+    EXPECT_TRUE(isTicked(host::commandOwnOrder));
+
+    addPages({L"_.pdf"});
+    exportWith(host::commandExportAll);
+    EXPECT_THAT(target.names, ElementsAre(L"b.pdf", L"a.pdf", L"_.pdf"));
+}
+
+TEST_F(MainWindowTest, TakesBackAllThatWasAddedInOneStep) {
+    open();
+    EXPECT_FALSE(isOffered(host::commandUndo));
+    command(host::commandSortByName);
+    const std::wstring path = folder.write(L"a.pdf", "%PDF-1.4");
+    window.add(Names(500, path));
+    ASSERT_TRUE(
+        test::handleMessagesUntil([this] { return statusPart(0) != L"Adding pages… 0 pages so far"; }));
+    EXPECT_FALSE(isOffered(host::commandUndo)) << "pages are still being added";
+    waitUntilAdded();
+
+    command(host::commandUndo);
+    EXPECT_EQ(statusPart(0), L"0 pages");
+    EXPECT_FALSE(isOffered(host::commandUndo));
+    command(host::commandRedo);
+    EXPECT_EQ(statusPart(0), L"500 pages, 500 selected");
+}
+
 TEST_F(MainWindowTest, HasTheOrderOfTheLastTime) {
     open();
     command(host::commandSortByDate);
@@ -544,6 +606,15 @@ TEST_F(MainWindowTest, DoesWhatAShortcutSays) {
     message.wParam = VK_DELETE;
     EXPECT_TRUE(window.translate(message));
     EXPECT_EQ(statusPart(0), L"0 pages");
+
+    keys[VK_CONTROL] = 0x80;
+    SetKeyboardState(keys);
+    message.wParam = 'Z';
+    EXPECT_TRUE(window.translate(message));
+    keys[VK_CONTROL] = 0;
+    SetKeyboardState(keys);
+    command(0);
+    EXPECT_EQ(statusPart(0), L"2 pages, 2 selected");
 }
 
 TEST_F(MainWindowTest, OpensThePageThatIsDoubleClicked) {
