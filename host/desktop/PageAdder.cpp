@@ -6,7 +6,7 @@
 #include "host/HostError.h"
 
 #include <algorithm>
-#include <chrono>
+#include <iterator>
 #include <utility>
 
 namespace host {
@@ -14,6 +14,7 @@ namespace {
 
 // Hardly felt as a delay of what the person does meanwhile.
 constexpr std::chrono::milliseconds slice{30};
+constexpr std::chrono::milliseconds betweenShows{250};
 
 } // namespace
 
@@ -45,30 +46,36 @@ void PageAdder::stop() {
 }
 
 void PageAdder::addSome() {
-    const auto end = std::chrono::steady_clock::now() + slice;
+    using Clock = std::chrono::steady_clock;
+    const auto end = Clock::now() + slice;
     std::size_t added = 0;
-    while (!jobs.empty() && std::chrono::steady_clock::now() < end)
-        added += addNext();
-    if (added)
+    while (!jobs.empty() && Clock::now() < end) {
+        if (makeNext(jobs.front()))
+            continue;
+        added += insertMade(jobs.front());
+        jobs.pop_front();
+    }
+    if (!jobs.empty() && Clock::now() >= nextShow)
+        added += insertMade(jobs.front());
+    if (added) {
         whenAdded(added);
+        nextShow = Clock::now() + betweenShows;
+    }
     if (jobs.empty())
         finish();
 }
 
-std::size_t PageAdder::addNext() {
-    Job& job = jobs.front();
-    std::size_t added = 0;
+/// Returns false when nothing is left to be made.
+bool PageAdder::makeNext(Job& job) {
     if (!job.files.empty()) {
-        job.position = currentPosition(job);
-        added = pages.insert(job.position, {job.files.front()}, leftOut);
-        job.position += added;
+        std::ranges::move(pages.make({job.files.front()}, leftOut), std::back_inserter(job.made));
         job.files.pop_front();
-    } else if (!job.paths.empty()) {
-        openNextPath(job);
-    } else {
-        jobs.pop_front();
+        return true;
     }
-    return added;
+    if (job.paths.empty())
+        return false;
+    openNextPath(job);
+    return true;
 }
 
 void PageAdder::openNextPath(Job& job) {
@@ -88,6 +95,14 @@ void PageAdder::openNextPath(Job& job) {
     } catch (const FileError& error) {
         leftOut.push_back({LeftOut::Why::Unreadable, path, error.code()});
     }
+}
+
+std::size_t PageAdder::insertMade(Job& job) {
+    const FilePages made = std::exchange(job.made, {});
+    job.position = currentPosition(job);
+    pages.insert(job.position, made);
+    job.position += made.size();
+    return made.size();
 }
 
 std::size_t PageAdder::currentPosition(const Job& job) const {

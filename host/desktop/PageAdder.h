@@ -4,6 +4,7 @@
 #include "host/desktop/CallbackWindow.h"
 #include "host/desktop/PageCollection.h"
 
+#include <chrono>
 #include <cstddef>
 #include <deque>
 #include <functional>
@@ -12,8 +13,9 @@
 
 namespace host {
 
-/// Adds files and the pages of folders to a collection, for a short time again and again: in between, the thread's
-/// message loop, whoever's it is, handles what else there is.
+/// Adds files and the pages of folders to a collection, working for a short time again and again: in between, the
+/// thread's message loop, whoever's it is, handles what else there is. The first pages are added at once, more of them a
+/// few times in a second, because showing thousands anew takes longer than looking at a file.
 ///
 /// The collection may be changed meanwhile. What is being added goes before the page that stood at its position, and
 /// once that one is gone, to where it was last.
@@ -46,13 +48,15 @@ private:
     struct Job {
         std::deque<std::wstring> paths; ///< of files and folders
         std::deque<std::wstring> files; ///< those of the first of them, which is no longer among the paths
+        FilePages made;                 ///< what the files before them became, to be put among the pages soon
         bxbase::Reference<FilePage> before; ///< null for the end
         std::size_t position = 0;           ///< where that was last
     };
 
     void addSome();
-    std::size_t addNext();
+    bool makeNext(Job& job);
     void openNextPath(Job& job);
+    std::size_t insertMade(Job& job);
     std::size_t currentPosition(const Job& job) const;
     void finish();
 
@@ -61,6 +65,7 @@ private:
     std::function<void(std::vector<LeftOut>)> whenDone;
     std::deque<Job> jobs;
     std::vector<LeftOut> leftOut;
+    std::chrono::steady_clock::time_point nextShow; ///< when pages may be added again although more will come
     CallbackWindow timer;
 };
 

@@ -54,18 +54,20 @@ FilePages PageCollection::pages(const std::vector<std::size_t>& indices) const {
     return chosen;
 }
 
-std::size_t PageCollection::insert(std::size_t position, const std::vector<std::wstring>& files,
-                                   std::vector<LeftOut>& leftOut) {
-    FilePages added;
+FilePages PageCollection::make(const std::vector<std::wstring>& files, std::vector<LeftOut>& leftOut) {
+    FilePages made;
     for (const std::wstring& file : files) {
         try {
-            added.push_back(maker.make(file));
+            made.push_back(maker.make(file));
         } catch (const FileError& error) {
             leftOut.push_back({LeftOut::Why::Unreadable, file, error.code()});
         }
     }
-    list.insert(list.begin() + offset(position), added.begin(), added.end());
-    return added.size();
+    return made;
+}
+
+void PageCollection::insert(std::size_t position, const FilePages& pages) {
+    list.insert(list.begin() + offset(position), pages.begin(), pages.end());
 }
 
 void PageCollection::remove(const std::vector<std::size_t>& indices) {

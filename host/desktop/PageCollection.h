@@ -42,14 +42,15 @@ public:
     const FilePages& pages() const noexcept { return list; }
     FilePages pages(const std::vector<std::size_t>& indices) const;
 
-    /// Looks each file over, of whatever type, and puts those that can be read before the page at the position, in
-    /// the order given; the others are appended to what was left out. Waits for the disk: PageAdder takes it a file
-    /// at a time.
+    /// Looks each file over, of whatever type, and makes pages of those that can be read, in the order given; the
+    /// others are appended to what was left out. Waits for the disk: PageAdder takes it a file at a time. The pages
+    /// are not in the list until they are inserted.
+    /// @param files  full paths
+    FilePages make(const std::vector<std::wstring>& files, std::vector<LeftOut>& leftOut);
+
+    /// Puts pages before the page at the position.
     /// @param position  not beyond the end
-    /// @param files     full paths
-    /// @return how many pages were added
-    std::size_t insert(std::size_t position, const std::vector<std::wstring>& files,
-                       std::vector<LeftOut>& leftOut);
+    void insert(std::size_t position, const FilePages& pages);
 
     /// @param indices  in ascending order, each once
     void remove(const std::vector<std::size_t>& indices);

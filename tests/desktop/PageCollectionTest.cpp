@@ -33,7 +33,9 @@ protected:
     std::wstring file(const std::wstring& name) { return folder.write(name, "x"); }
 
     std::size_t insertAt(std::size_t position, const std::vector<std::wstring>& files) {
-        return pages.insert(position, files, leftOut);
+        const host::FilePages made = pages.make(files, leftOut);
+        pages.insert(position, made);
+        return made.size();
     }
 
     std::vector<std::wstring> paths() const {
@@ -124,7 +126,7 @@ TEST_F(PageCollectionTest, GivesItsWatcherToThePages) {
         int asked = 0;
     } watcher;
     PageCollection watched(&watcher);
-    watched.insert(0, {file(L"a")}, leftOut);
+    watched.insert(0, watched.make({file(L"a")}, leftOut));
     std::wstring path;
     watched[0]->getFilePath(path);
     EXPECT_EQ(watcher.asked, 1);

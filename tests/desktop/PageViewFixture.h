@@ -63,7 +63,8 @@ protected:
         for (const std::wstring& name : names)
             files.push_back(folder.write(folderName + L'\\' + name, "%PDF-1.4"));
         std::vector<host::LeftOut> leftOut;
-        EXPECT_EQ(pages.insert(pages.size(), files, leftOut), names.size());
+        pages.insert(pages.size(), pages.make(files, leftOut));
+        EXPECT_TRUE(leftOut.empty());
         view.pagesChanged();
     }
 

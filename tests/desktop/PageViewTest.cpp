@@ -19,7 +19,8 @@ protected:
         while (files.size() < count)
             files.push_back(shared[files.size() % shared.size()]);
         std::vector<host::LeftOut> leftOut;
-        ASSERT_EQ(pages.insert(0, files, leftOut), count);
+        pages.insert(0, pages.make(files, leftOut));
+        ASSERT_EQ(pages.size(), count);
         view.pagesChanged();
     }
 
@@ -64,7 +65,7 @@ TEST_F(PageViewTest, KeepsTheSelectedPagesWhenOthersComeAndGo) {
     addPages({L"a.pdf", L"b.pdf", L"c.pdf", L"d.pdf"});
     view.select({1, 3});
     std::vector<host::LeftOut> leftOut;
-    pages.insert(0, {folder.write(L"new.pdf", "%PDF-1.4")}, leftOut);
+    pages.insert(0, pages.make({folder.write(L"new.pdf", "%PDF-1.4")}, leftOut));
     view.pagesChanged();
     EXPECT_EQ(view.selection(), (Indices{2, 4}));
     pages.remove({0, 2});
