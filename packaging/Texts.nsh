@@ -1,4 +1,5 @@
-; The installer's own texts, in each language; all others are those of NSIS.
+; The installer's own texts, in each language; all others are those of NSIS. There is room for two lines of about 45
+; characters below the components, where the descriptions stand.
 
 LangString SendToSection ${LANG_ENGLISH} "Entry in the “Send to” menu"
 LangString ProgramDescription ${LANG_ENGLISH} "The program ${PRODUCT} and the console program scanexport."
@@ -30,7 +31,7 @@ LangString SettingsDescription ${LANG_GERMAN} "Auch Anlagen von E-Mails, die noc
 LangString SendToSection ${LANG_FRENCH} "Entrée dans le menu « Envoyer vers »"
 LangString ProgramDescription ${LANG_FRENCH} "Le programme ${PRODUCT} et le programme en ligne de commande scanexport."
 LangString SendToEntry ${LANG_FRENCH} "Envoyer des pages numérisées"
-LangString SendToDescription ${LANG_FRENCH} "Ouvre des fichiers et des dossiers dans ${PRODUCT} avec « Envoyer vers » dans le menu contextuel de l’Explorateur de fichiers."
+LangString SendToDescription ${LANG_FRENCH} "Ouvre des fichiers et des dossiers dans ${PRODUCT} depuis l’Explorateur de fichiers."
 LangString InUse ${LANG_FRENCH} "${PRODUCT} est en cours d’exécution ou un autre programme utilise ses fichiers. Fermez ces programmes, puis réessayez."
 LangString FolderTaken ${LANG_FRENCH} "Ce fichier existe déjà et ne provient pas d’une installation de ${PRODUCT} :$\r$\n$\r$\n$R2$\r$\n$\r$\nVeuillez choisir un autre dossier."
 LangString SettingsSection ${LANG_FRENCH} "Paramètres, journal et fichiers temporaires"
@@ -39,7 +40,7 @@ LangString SettingsDescription ${LANG_FRENCH} "Les pièces jointes des e-mails n
 LangString SendToSection ${LANG_SPANISHINTERNATIONAL} "Entrada en el menú «Enviar a»"
 LangString ProgramDescription ${LANG_SPANISHINTERNATIONAL} "El programa ${PRODUCT} y el programa de línea de comandos scanexport."
 LangString SendToEntry ${LANG_SPANISHINTERNATIONAL} "Enviar páginas escaneadas"
-LangString SendToDescription ${LANG_SPANISHINTERNATIONAL} "Abre archivos y carpetas en ${PRODUCT} mediante «Enviar a» en el menú contextual del Explorador de archivos."
+LangString SendToDescription ${LANG_SPANISHINTERNATIONAL} "Abre archivos y carpetas en ${PRODUCT} desde el Explorador de archivos."
 LangString InUse ${LANG_SPANISHINTERNATIONAL} "${PRODUCT} se está ejecutando u otro programa usa sus archivos. Cierre estos programas e inténtelo de nuevo."
 LangString FolderTaken ${LANG_SPANISHINTERNATIONAL} "Este archivo ya existe y no procede de una instalación de ${PRODUCT}:$\r$\n$\r$\n$R2$\r$\n$\r$\nElija otra carpeta."
 LangString SettingsSection ${LANG_SPANISHINTERNATIONAL} "Configuración, registro y archivos temporales"
@@ -48,7 +49,7 @@ LangString SettingsDescription ${LANG_SPANISHINTERNATIONAL} "También se elimina
 LangString SendToSection ${LANG_POLISH} "Pozycja w menu „Wyślij do”"
 LangString ProgramDescription ${LANG_POLISH} "Program ${PRODUCT} i program konsolowy scanexport."
 LangString SendToEntry ${LANG_POLISH} "Wyślij zeskanowane strony"
-LangString SendToDescription ${LANG_POLISH} "Otwiera pliki i foldery w programie ${PRODUCT} poleceniem „Wyślij do” z menu kontekstowego Eksploratora plików."
+LangString SendToDescription ${LANG_POLISH} "Otwiera pliki i foldery w programie ${PRODUCT} z poziomu Eksploratora plików."
 LangString InUse ${LANG_POLISH} "Program ${PRODUCT} jest uruchomiony lub inny program używa jego plików. Zamknij te programy i spróbuj ponownie."
 LangString FolderTaken ${LANG_POLISH} "Ten plik już istnieje i nie pochodzi z instalacji programu ${PRODUCT}:$\r$\n$\r$\n$R2$\r$\n$\r$\nWybierz inny folder."
 LangString SettingsSection ${LANG_POLISH} "Ustawienia, dziennik i pliki tymczasowe"
@@ -57,7 +58,7 @@ LangString SettingsDescription ${LANG_POLISH} "Usunięte zostaną też załączn
 LangString SendToSection ${LANG_SLOVAK} "Položka v ponuke „Odoslať“"
 LangString ProgramDescription ${LANG_SLOVAK} "Program ${PRODUCT} a konzolový program scanexport."
 LangString SendToEntry ${LANG_SLOVAK} "Odoslať naskenované strany"
-LangString SendToDescription ${LANG_SLOVAK} "Otvára súbory a priečinky v programe ${PRODUCT} príkazom „Odoslať“ z kontextovej ponuky Prieskumníka."
+LangString SendToDescription ${LANG_SLOVAK} "Otvára súbory a priečinky v programe ${PRODUCT} priamo z Prieskumníka."
 LangString InUse ${LANG_SLOVAK} "Program ${PRODUCT} je spustený alebo jeho súbory používa iný program. Ukončite ich a skúste to znova."
 LangString FolderTaken ${LANG_SLOVAK} "Tento súbor už existuje a nepochádza z inštalácie programu ${PRODUCT}:$\r$\n$\r$\n$R2$\r$\n$\r$\nVyberte iný priečinok."
 LangString SettingsSection ${LANG_SLOVAK} "Nastavenia, denník a dočasné súbory"
