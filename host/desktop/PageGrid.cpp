@@ -80,6 +80,13 @@ CRect PageGrid::cell(std::size_t index) const {
     return rect;
 }
 
+std::optional<std::size_t> PageGrid::at(CPoint point) const {
+    LVHITTESTINFO hit{};
+    hit.pt = point;
+    const LRESULT index = SendMessage(LVM_HITTEST, 0, reinterpret_cast<LPARAM>(&hit));
+    return index < 0 ? std::nullopt : std::optional(static_cast<std::size_t>(index));
+}
+
 std::size_t PageGrid::firstBelow(int y) const {
     std::size_t first = 0;
     std::size_t last = count();
@@ -152,6 +159,71 @@ void PageGrid::setFocused(std::size_t index) {
     SendMessage(LVM_SETSELECTIONMARK, 0, static_cast<LPARAM>(index));
 }
 
+std::size_t PageGrid::columns() const {
+    std::size_t result = 1;
+    while (result < count() && !beginsRow(result))
+        ++result;
+    return result;
+}
+
+std::optional<std::size_t> PageGrid::reachedBy(UINT virtualKey) const {
+    if (count() == 0)
+        return std::nullopt;
+    CRect client;
+    GetClientRect(client);
+    const std::size_t rows = std::max(1L, client.Height() / cellSize.cy);
+    const std::size_t here = std::min(focused(), count() - 1);
+    const auto back = [here](std::size_t pages) { return here - std::min(here, pages); };
+    const auto forward = [this, here](std::size_t pages) { return std::min(here + pages, count() - 1); };
+    switch (virtualKey) {
+    case VK_LEFT:
+        return back(1);
+    case VK_RIGHT:
+        return forward(1);
+    case VK_UP:
+        return here < columns() ? here : here - columns();
+    case VK_DOWN:
+        return forward(columns());
+    case VK_PRIOR:
+        return back(rows * columns());
+    case VK_NEXT:
+        return forward(rows * columns());
+    case VK_HOME:
+        return 0;
+    case VK_END:
+        return count() - 1;
+    default:
+        return std::nullopt;
+    }
+}
+
+bool PageGrid::go(UINT virtualKey, Going going) {
+    const auto index = reachedBy(virtualKey);
+    if (index)
+        goTo(*index, going);
+    return index.has_value();
+}
+
+void PageGrid::goTo(std::size_t index, Going going) {
+    if (going == Going::Select) {
+        select({index});
+        setFocused(index);
+    } else {
+        setState(*this, static_cast<LRESULT>(index), LVIS_FOCUSED, LVIS_FOCUSED);
+    }
+    if (going == Going::Extend) {
+        const LRESULT begun = SendMessage(LVM_GETSELECTIONMARK);
+        const std::size_t mark = begun < 0 ? index : static_cast<std::size_t>(begun);
+        const auto [first, last] = std::minmax(mark, index);
+        for (std::size_t selected : selection())
+            if (selected < first || selected > last)
+                setState(*this, static_cast<LRESULT>(selected), 0, LVIS_SELECTED);
+        for (std::size_t i = first; i <= last; ++i)
+            setState(*this, static_cast<LRESULT>(i), LVIS_SELECTED, LVIS_SELECTED);
+    }
+    show(index);
+}
+
 void PageGrid::show(std::size_t index) {
     if (index < count())
         SendMessage(LVM_ENSUREVISIBLE, index, FALSE);
@@ -168,6 +240,13 @@ void PageGrid::redraw(std::size_t index) {
 LRESULT PageGrid::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
     if (message == WM_KEYDOWN && whenKey && whenKey(static_cast<UINT>(wParam)))
         return 0;
+    if (message == WM_LBUTTONDOWN && (wParam & MK_SHIFT)) {
+        if (const auto index = at(CPoint(lParam))) {
+            SetFocus();
+            goTo(*index, Going::Extend);
+            return 0;
+        }
+    }
     return CWnd::WindowProc(message, wParam, lParam);
 }
 

@@ -8,6 +8,7 @@
 #include <cstddef>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -23,8 +24,18 @@ struct InsertionPlace {
     bool operator==(const InsertionPlace&) const = default;
 };
 
+/// What becomes of the selection on the way to another page.
+enum class Going {
+    Select, ///< the page and no others
+    Extend, ///< all from where the selection began to the page
+    Leave,
+};
+
 /// A virtual icon view, which keeps nothing of its items but which are selected. It tells its parent about what it
 /// shows and what happens to it by a list view's notifications.
+///
+/// Keys and Shift go along the line in which the pages stand. A list view's own keys stop at the end of a row, and what
+/// it selects with Shift are the icons in a rectangle.
 class PageGrid : public CWnd {
 public:
     BOOL create(CWnd& parent, UINT id);
@@ -52,6 +63,8 @@ public:
     /// The page that the keyboard is at, or as many as there are pages.
     std::size_t focused() const;
     void setFocused(std::size_t index);
+    /// Does what the key does that leads to another page; false for any other key.
+    bool go(UINT virtualKey, Going going);
     void show(std::size_t index);
     void scroll(int pixels);
     void redraw(std::size_t index);
@@ -68,7 +81,11 @@ private:
     };
 
     CRect icon(std::size_t index) const;
+    std::optional<std::size_t> at(CPoint point) const;
     std::size_t firstBelow(int y) const;
+    std::size_t columns() const;
+    std::optional<std::size_t> reachedBy(UINT virtualKey) const;
+    void goTo(std::size_t index, Going going);
     void arrange();
 
     std::unique_ptr<std::remove_pointer_t<HIMAGELIST>, ImageListDeleter> images;

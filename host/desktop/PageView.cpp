@@ -321,17 +321,15 @@ bool PageView::pressed(UINT virtualKey) {
         selectAll();
         return true;
     }
-    if (!control || !shift)
-        return false;
-    if (virtualKey == VK_LEFT || virtualKey == VK_UP) {
+    if (control && shift && (virtualKey == VK_LEFT || virtualKey == VK_UP)) {
         moveSelectionBack();
         return true;
     }
-    if (virtualKey == VK_RIGHT || virtualKey == VK_DOWN) {
+    if (control && shift && (virtualKey == VK_RIGHT || virtualKey == VK_DOWN)) {
         moveSelectionForward();
         return true;
     }
-    return false;
+    return grid.go(virtualKey, shift ? Going::Extend : control ? Going::Leave : Going::Select);
 }
 
 std::wstring PageView::itemText(std::size_t index) const {

@@ -29,6 +29,13 @@ protected:
         return []() -> POINT { return {20, 20}; };
     }
 
+    /// Four pages and two.
+    void addTwoRows() {
+        addPages({L"a.pdf", L"b.pdf", L"c.pdf", L"d.pdf", L"e.pdf", L"f.pdf"});
+        ASSERT_EQ(onScreen(3).top, onScreen(0).top);
+        ASSERT_EQ(onScreen(4).left, onScreen(0).left);
+    }
+
     test::UserInput& dragPage(std::size_t index) {
         return user.moveTo(middle(index)).press().moveTo(leftPart(index));
     }
@@ -68,6 +75,47 @@ TEST_F(PageViewPointerTest, SelectsWithTheKeyboard) {
     user.keyDown(VK_CONTROL).key('A').keyUp(VK_CONTROL);
     ASSERT_TRUE(user.run());
     EXPECT_EQ(view.selection(), (Indices{0, 1, 2, 3}));
+}
+
+TEST_F(PageViewPointerTest, GoesOnWithTheNextRowAtTheEndOfOne) {
+    addTwoRows();
+    user.key(VK_HOME).key(VK_RIGHT).key(VK_RIGHT).key(VK_RIGHT).key(VK_RIGHT);
+    ASSERT_TRUE(user.run());
+    EXPECT_EQ(view.selection(), Indices{4});
+    user.key(VK_LEFT);
+    ASSERT_TRUE(user.run());
+    EXPECT_EQ(view.selection(), Indices{3});
+    user.key(VK_UP).key(VK_DOWN);
+    ASSERT_TRUE(user.run());
+    EXPECT_EQ(view.selection(), Indices{5}) << "There is no page below, but a last one.";
+    user.key(VK_UP);
+    ASSERT_TRUE(user.run());
+    EXPECT_EQ(view.selection(), Indices{1});
+}
+
+TEST_F(PageViewPointerTest, SelectsAllPagesBetweenTwoInTheirOrder) {
+    addTwoRows();
+    user.click(middle(2)).keyDown(VK_SHIFT).click(middle(4)).keyUp(VK_SHIFT);
+    ASSERT_TRUE(user.run());
+    EXPECT_EQ(view.selection(), (Indices{2, 3, 4}));
+    EXPECT_EQ(view.focused(), 4U);
+    user.keyDown(VK_SHIFT).click(middle(1)).keyUp(VK_SHIFT);
+    ASSERT_TRUE(user.run());
+    EXPECT_EQ(view.selection(), (Indices{1, 2}));
+    user.key(VK_RIGHT).keyDown(VK_SHIFT).key(VK_DOWN).keyUp(VK_SHIFT);
+    ASSERT_TRUE(user.run());
+    EXPECT_EQ(view.selection(), (Indices{2, 3, 4, 5}));
+    user.keyDown(VK_SHIFT).key(VK_HOME).keyUp(VK_SHIFT);
+    ASSERT_TRUE(user.run());
+    EXPECT_EQ(view.selection(), (Indices{0, 1, 2}));
+}
+
+TEST_F(PageViewPointerTest, GoesWithoutSelectingWhileControlIsHeld) {
+    addTwoRows();
+    user.click(middle(1)).keyDown(VK_CONTROL).key(VK_DOWN).keyUp(VK_CONTROL);
+    ASSERT_TRUE(user.run());
+    EXPECT_EQ(view.selection(), Indices{1});
+    EXPECT_EQ(view.focused(), 5U);
 }
 
 TEST_F(PageViewPointerTest, MovesPagesWithTheKeyboard) {
