@@ -37,6 +37,7 @@ std::size_t targetOf(UINT command) {
 BEGIN_MESSAGE_MAP(MainWindow, CWnd)
     ON_MESSAGE(WM_CREATE, &MainWindow::OnCreate)
     ON_MESSAGE(WM_CLOSE, &MainWindow::OnClose)
+    ON_MESSAGE(WM_ENDSESSION, &MainWindow::OnEndSession)
     ON_MESSAGE(WM_DESTROY, &MainWindow::OnDestroy)
     ON_MESSAGE(WM_ACTIVATE, &MainWindow::OnActivate)
     ON_MESSAGE(WM_SETFOCUS, &MainWindow::OnSetFocus)
@@ -154,6 +155,13 @@ LRESULT MainWindow::OnClose(WPARAM, LPARAM) {
         watch.stop();
         closesAfterExport = true;
     }
+    return 0;
+}
+
+// The program ends without a further message.
+LRESULT MainWindow::OnEndSession(WPARAM isEnding, LPARAM) {
+    if (isEnding)
+        settings.setWindowPlace(placeOf(m_hWnd));
     return 0;
 }
 

@@ -15,6 +15,7 @@
 #include "host/desktop/ComponentFolder.h"
 #include "host/desktop/ExportControls.h"
 #include "support/AccessKeys.h"
+#include "support/DialogInspection.h"
 #include "support/FileBrowsing.h"
 #include "support/HostTexts.h"
 #include "support/MessageLoop.h"
@@ -155,6 +156,16 @@ protected:
         pilot.then("the result", host::dialogWith(IDC_RESULT_TEXT), host::click(IDOK));
         command(id);
         EXPECT_TRUE(pilot.succeeded()) << pilot.failure();
+    }
+
+    CRect placeOfTheNext() {
+        MainWindow next(manager, host::DesktopSettings(*application.getSettingsStore()));
+        EXPECT_TRUE(next.create());
+        next.setTexts();
+        next.showFirst(SW_SHOWNORMAL);
+        CRect rect;
+        next.GetWindowRect(rect);
+        return rect;
     }
 
     HWND child(const wchar_t* className) const { return FindWindowExW(window, nullptr, className, nullptr); }
@@ -534,15 +545,14 @@ TEST_F(MainWindowTest, IsWhereItWasTheLastTime) {
     open();
     window.MoveWindow(CRect(40, 50, 640, 550));
     window.SendMessage(WM_CLOSE);
+    EXPECT_THAT(test::edges(placeOfTheNext()), ElementsAre(40, 50, 640, 550));
+}
 
-    MainWindow next(manager, host::DesktopSettings(*application.getSettingsStore()));
-    ASSERT_TRUE(next.create());
-    next.setTexts();
-    next.showFirst(SW_SHOWNORMAL);
-    CRect rect;
-    next.GetWindowRect(rect);
-    EXPECT_EQ(rect, CRect(40, 50, 640, 550));
-    next.DestroyWindow();
+TEST_F(MainWindowTest, IsWhereItWasWhenTheSessionEnded) {
+    open();
+    window.MoveWindow(CRect(40, 50, 640, 550));
+    window.SendMessage(WM_ENDSESSION, TRUE, ENDSESSION_LOGOFF);
+    EXPECT_THAT(test::edges(placeOfTheNext()), ElementsAre(40, 50, 640, 550));
 }
 
 TEST_F(MainWindowTest, GoesBetweenTheButtonsAndThePagesWithTheKeyboard) {
