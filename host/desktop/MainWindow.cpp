@@ -369,7 +369,7 @@ bool MainWindow::isPossible(UINT command) const {
     // The settings would load components anew of which one is at work.
     if (watch.isRunning())
         return command == commandExit;
-    const auto selected = view.selection();
+    const std::size_t selected = view.selectedCount();
     switch (command) {
     case commandUndo:
         return history.canUndo() && !adder.isAdding();
@@ -381,11 +381,11 @@ bool MainWindow::isPossible(UINT command) const {
         return pages.size() > 0;
     case commandOpen:
     case commandRemove:
-        return !selected.empty();
+        return selected > 0;
     case commandMoveBack:
-        return !selected.empty() && selected.back() >= selected.size();
+        return selected && view.selection().back() >= selected;
     case commandMoveForward:
-        return !selected.empty() && selected.front() + selected.size() < pages.size();
+        return selected && view.selection().front() + selected < pages.size();
     default:
         return true;
     }
@@ -393,14 +393,14 @@ bool MainWindow::isPossible(UINT command) const {
 
 bool MainWindow::isExportPossible(UINT command) const {
     const std::size_t target = targetOf(command);
-    const bool hasPages = takesSelection(command) ? !view.selection().empty() : pages.size() > 0;
+    const bool hasPages = takesSelection(command) ? view.selectedCount() > 0 : pages.size() > 0;
     return hasPages && !adder.isAdding() && !watch.isRunning() && target < manager.getFactories().size() &&
            manager.getFactories()[target]->isAvailable();
 }
 
 bool MainWindow::takesSelection(UINT command) const {
     if (command < commandExportAll)
-        return view.selection().size() > 1;
+        return view.selectedCount() > 1;
     return command >= commandExportSelected;
 }
 
@@ -408,13 +408,13 @@ std::wstring MainWindow::pagesText() const {
     if (adder.isAdding())
         return localCount(section, "Adding", pages.size());
     std::wstring text = localCount(section, "Pages", pages.size());
-    if (const std::size_t selected = view.selection().size())
+    if (const std::size_t selected = view.selectedCount())
         text += L", " + localCount(section, "Selected", selected);
     return text;
 }
 
 std::wstring MainWindow::exportedText() const {
-    const std::size_t selected = view.selection().size();
+    const std::size_t selected = view.selectedCount();
     if (!pages.size())
         return {};
     return selected > 1 ? localCount(section, "ExportsSelected", selected)

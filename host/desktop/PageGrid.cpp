@@ -137,6 +137,10 @@ std::vector<std::size_t> PageGrid::selection() const {
     return selected;
 }
 
+std::size_t PageGrid::selectedCount() const {
+    return static_cast<std::size_t>(SendMessage(LVM_GETSELECTEDCOUNT));
+}
+
 void PageGrid::select(const std::vector<std::size_t>& indices) {
     setState(*this, -1, 0, LVIS_SELECTED);
     for (std::size_t index : indices)

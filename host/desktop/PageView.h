@@ -43,6 +43,7 @@ public:
     void setTexts();
 
     std::vector<std::size_t> selection() const { return grid.selection(); }
+    std::size_t selectedCount() const { return grid.selectedCount(); }
     /// The page that the keyboard is at, or as many as there are pages.
     std::size_t focused() const { return grid.focused(); }
     /// Selects these pages and no others, and shows the first.
