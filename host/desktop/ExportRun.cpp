@@ -107,9 +107,8 @@ private:
 
 class ExportRun {
 public:
-    ExportRun(CWnd& owner, SorvaneCommon::ExportEngineFactory& factory, const FilePages& pages,
-              ExportWatch& watch)
-        : owner(owner), factory(factory), pages(pages), watch(watch) {
+    ExportRun(CWnd& owner, SorvaneCommon::ExportEngineFactory& factory, FilePages pages, ExportWatch& watch)
+        : owner(owner), factory(factory), pages(std::move(pages)), watch(watch) {
         report.title = wide(factory.getName());
     }
 
@@ -242,7 +241,7 @@ private:
 
     CWnd& owner;
     SorvaneCommon::ExportEngineFactory& factory;
-    const FilePages& pages;
+    const FilePages pages;
     ExportWatch& watch;
     EngineDialogs dialogs;
     std::vector<std::int64_t> sizesBefore; ///< of the pages before each
@@ -266,14 +265,12 @@ void showInFolder(const std::wstring& path) {
     }
 }
 
-ExportResult runExport(CWnd& owner, SorvaneCommon::ExportEngineFactory& factory, const FilePages& pages,
+ExportResult runExport(CWnd& owner, SorvaneCommon::ExportEngineFactory& factory, FilePages pages,
                        ExportWatch& watch, const std::function<void(const std::wstring& path)>& open) {
-    // Whoever gets to handle messages meanwhile may change the list that was given.
-    const FilePages held = pages;
     ExportReport report;
     ExportResult result = ExportResult::Cancelled;
     {
-        ExportRun run(owner, factory, held, watch);
+        ExportRun run(owner, factory, std::move(pages), watch);
         result = run.run();
         report = run.outcome();
     }

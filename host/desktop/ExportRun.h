@@ -35,9 +35,10 @@ void showInFolder(const std::wstring& path);
 /// Thread: the user-interface thread. Nothing throws but want of memory.
 /// @param owner    a top-level window, which owns the dialogs; the object must outlive the call
 /// @param factory  not null; must stay until the call returns
+/// @param pages    a list of its own: whoever gets to handle messages meanwhile may change theirs
 /// @param watch    the watcher of the pages
 /// @param open     opens the place where the pages are now, a folder or a file, when the person wants to see it
-ExportResult runExport(CWnd& owner, SorvaneCommon::ExportEngineFactory& factory, const FilePages& pages,
+ExportResult runExport(CWnd& owner, SorvaneCommon::ExportEngineFactory& factory, FilePages pages,
                        ExportWatch& watch,
                        const std::function<void(const std::wstring& path)>& open = showInFolder);
 
