@@ -5,12 +5,12 @@
 
 #include <windows.h>
 
-#include <compare>
 #include <cstddef>
 #include <list>
 #include <map>
 #include <memory>
 #include <string>
+#include <tuple>
 #include <utility>
 
 namespace host {
@@ -20,7 +20,10 @@ struct PageVersion {
     std::wstring path;
     LONGLONG written = 0; ///< as FilePage::written() tells
 
-    friend auto operator<=>(const PageVersion&, const PageVersion&) = default;
+    bool operator==(const PageVersion&) const = default;
+    bool operator<(const PageVersion& other) const {
+        return std::tie(path, written) < std::tie(other.path, other.written);
+    }
 };
 
 /// Thumbnails of up to a number of bytes in all; those that have not been used for the longest time make room. One that
