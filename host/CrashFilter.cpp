@@ -1,6 +1,7 @@
 // Ends a crashed program with one sentence instead of a dialog that nobody answers.
 #include "host/CrashFilter.h"
 
+#include "SorvaneBase/bxutils/SystemLog.h"
 #include "host/Crash.h"
 
 #include <windows.h>
@@ -21,7 +22,8 @@ std::atomic_flag hasCrashed;
 [[noreturn]] void endWith(const char* what) {
     if (!hasCrashed.test_and_set()) {
         char sentence[MAX_PATH + 200];
-        std::snprintf(sentence, sizeof sentence, "%s: Crashed with %s.\n", programName, what);
+        std::snprintf(sentence, sizeof sentence, "%s: Crashed with %s.", programName, what);
+        bxutils::logCrash(sentence, "host/CrashFilter", __LINE__);
         tell(sentence);
     }
     TerminateProcess(GetCurrentProcess(), crashExitCode);
@@ -38,8 +40,9 @@ LONG WINAPI onCrash(EXCEPTION_POINTERS* crash) {
 
 void printCrash(const char* sentence) {
     DWORD written = 0;
-    WriteFile(GetStdHandle(STD_ERROR_HANDLE), sentence, static_cast<DWORD>(std::strlen(sentence)), &written,
-              nullptr);
+    for (const char* text : {sentence, "\n"})
+        WriteFile(GetStdHandle(STD_ERROR_HANDLE), text, static_cast<DWORD>(std::strlen(text)), &written,
+                  nullptr);
 }
 
 void installCrashFilter(const char* program, CrashTeller teller) {

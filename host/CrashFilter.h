@@ -9,12 +9,12 @@ constexpr int crashExitCode = 99;
 /// what is broken.
 using CrashTeller = void (*)(const char* sentence);
 
-/// Prints the sentence to the error output.
+/// Prints the sentence to the error output, as a line.
 void printCrash(const char* sentence);
 
-/// From now on a crash of any thread, and an exception that nobody catches, is told with where it happened (module
-/// and offset, for use with the module's symbols) and ends the process with crashExitCode. When telling crashes in turn
-/// the process ends at once.
+/// From now on a crash of any thread, and an exception that nobody catches, is logged and told with where it happened
+/// (module and offset, for use with the module's symbols) and ends the process with crashExitCode. When telling crashes
+/// in turn the process ends at once.
 /// @param program  a name that lives as long as the process
 void installCrashFilter(const char* program, CrashTeller teller);
 

@@ -330,6 +330,8 @@ TEST_F(ScanHostProgramTest, TellsOfACrashInAWindow) {
                           HasSubstr("ScanHost: Crashed with exception 0xc0000005 at")));
     });
     EXPECT_EQ(exitCode, 99u);
+    EXPECT_THAT(test::readFile(folder / L"local\\Sorvane\\ScanHost\\ScanHost.log"),
+                HasSubstr("ScanHost: Crashed with exception 0xc0000005 at"));
 }
 
 } // namespace

@@ -86,6 +86,29 @@ TEST_F(SystemLogTest, WritesTimeLevelPlaceAndMessage) {
     EXPECT_TRUE(std::regex_match(written()[1], std::regex(time + "2 x:-1 done"))) << written()[1];
 }
 
+// A crash in the middle of a record leaves the log locked.
+TEST_F(SystemLogTest, WritesOfACrashWhileItIsLocked) {
+    struct : bxutils::LogListener {
+        void logged(std::int32_t, const char* message, const char*, std::int32_t) noexcept override {
+            bxutils::logCrash((std::string("crashed at ") + message).c_str(), "tests/Crash", 9);
+        }
+    } crashing;
+    ASSERT_TRUE(bxutils::setSystemLogFile(file));
+    bxutils::setSystemLogListener(&crashing);
+    log("first");
+    bxutils::setSystemLogListener(nullptr);
+
+    EXPECT_THAT(written(), testing::ElementsAre(testing::EndsWith("Z 0 tests/Crash:9 crashed at first"),
+                                                testing::EndsWith("Z 2 tests/Source:7 first")));
+}
+
+TEST_F(SystemLogTest, CutsWhatIsTooLongToSayOfACrash) {
+    ASSERT_TRUE(bxutils::setSystemLogFile(file));
+    bxutils::logCrash(std::string(5000, 'x').c_str(), "tests/Crash", 9);
+    log("next");
+    EXPECT_THAT(written(), testing::ElementsAre(testing::EndsWith("xxx"), testing::EndsWith(" next")));
+}
+
 TEST_F(SystemLogTest, WritesTheTimeInUtc) {
     SYSTEMTIME before;
     SYSTEMTIME after;

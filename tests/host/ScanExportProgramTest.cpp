@@ -22,6 +22,7 @@ namespace {
 using host::utf8;
 using testing::AllOf;
 using testing::ElementsAre;
+using testing::EndsWith;
 using testing::HasSubstr;
 using testing::MatchesRegex;
 using testing::Pair;
@@ -50,6 +51,8 @@ protected:
     }
 
     std::string outFile(const std::wstring& name) const { return test::readFile(out + L"\\" + name); }
+
+    std::string log() const { return test::readFile(folder / L"local\\Sorvane\\ScanHost\\ScanHost.log"); }
 
     /// From now on runs a copy of the program whose component is one of those for tests.
     void replaceComponent(const std::wstring& name) {
@@ -187,9 +190,8 @@ TEST_F(ScanExportProgramTest, LogsWhatTheEngineReports) {
         EXPECT_EQ(exportTo(out, {L"--overwrite=yes", pages}).exitCode, 1u);
     }
     EXPECT_EQ(outFile(L"Faktura001.tif"), "old");
-    EXPECT_THAT(
-        test::readFile(folder / L"local\\Sorvane\\ScanHost\\ScanHost.log"),
-        AllOf(HasSubstr("Failed to export file"), HasSubstr("Components/BasicExport/ExportToDirectory")));
+    EXPECT_THAT(log(), AllOf(HasSubstr("Failed to export file"),
+                             HasSubstr("Components/BasicExport/ExportToDirectory")));
 }
 
 TEST_F(ScanExportProgramTest, LeavesNoTemporaryFiles) {
@@ -251,6 +253,8 @@ TEST_F(ScanExportProgramTest, ACrashEndsItWithOneSentence) {
     EXPECT_EQ(result.exitCode, 99u);
     EXPECT_THAT(result.errors,
                 MatchesRegex("scanexport: Crashed with exception 0xc000001d at BasicExport.dll.0x\\w+\\.\n"));
+    EXPECT_THAT(log(), HasSubstr(" 0 host/CrashFilter:"));
+    EXPECT_THAT(log(), EndsWith(" " + result.errors));
 }
 
 TEST_F(ScanExportProgramTest, ACrashOfTheExportIsAFailureLikeOthers) {

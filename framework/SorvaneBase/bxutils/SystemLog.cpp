@@ -17,13 +17,13 @@ namespace bxutils {
 namespace {
 
 /// The time of now as ISO 8601 in UTC, so that records of two time zones or of a clock change stay in order.
-std::string timeStamp() {
+std::array<char, 40> timeStamp() {
     SYSTEMTIME now;
     GetSystemTime(&now);
     std::array<char, 40> text{};
     std::snprintf(text.data(), text.size(), "%04u-%02u-%02uT%02u:%02u:%02u.%03uZ", now.wYear, now.wMonth,
                   now.wDay, now.wHour, now.wMinute, now.wSecond, now.wMilliseconds);
-    return text.data();
+    return text;
 }
 
 /// Keeps other processes from writing to the file meanwhile: Wine finds the end of a file and writes there in
@@ -100,10 +100,19 @@ public:
         }
     }
 
+    // Takes neither of the locks: who crashed may hold them.
+    void logCrash(const char* message, const char* sourceFile, std::int32_t line) const noexcept {
+        std::array<char, 1000> record;
+        const int length = std::snprintf(record.data(), record.size(), "%s 0 %.100s:%ld %.800s\n",
+                                         timeStamp().data(), sourceFile, static_cast<long>(line), message);
+        DWORD written = 0;
+        WriteFile(file, record.data(), static_cast<DWORD>(length), &written, nullptr);
+    }
+
 private:
     static std::string compose(std::int32_t level, const char* message, const char* sourceFile,
                                std::int32_t line) {
-        std::string record = timeStamp() + ' ' + std::to_string(level) + ' ' +
+        std::string record = std::string(timeStamp().data()) + ' ' + std::to_string(level) + ' ' +
                              (sourceFile ? sourceFile : "") + ':' + std::to_string(line) + ' ' +
                              (message ? message : "");
         std::replace_if(
@@ -142,6 +151,10 @@ LogFormaterInterface* getSystemLogFormater() {
 
 bool setSystemLogFile(const Sorvane::pstring& path) {
     return systemLog().open(path);
+}
+
+void logCrash(const char* message, const char* sourceFile, std::int32_t line) noexcept {
+    systemLog().logCrash(message, sourceFile, line);
 }
 
 void setSystemLogListener(LogListener* listener) {

@@ -38,6 +38,11 @@ SORVANEBASE_API LogFormaterInterface* getSystemLogFormater();
 /// are dropped then.
 SORVANEBASE_API bool setSystemLogFile(const Sorvane::pstring& path);
 
+/// Writes the record of a failure for a process that has crashed: without memory and without waiting, for the heap may be
+/// what is broken, and the log what has crashed. No listener is told. Thread: any.
+/// @param message  one line; a long one is cut
+SORVANEBASE_API void logCrash(const char* message, const char* sourceFile, std::int32_t line) noexcept;
+
 /// Is told what is logged, for a host that says more to its user than the results of a component do.
 class LogListener {
 public:
