@@ -108,7 +108,7 @@ std::vector<std::string> ComponentFolder::unload() {
             failed.push_back("A component crashed while ending with " + std::string(describe(*crash).data()) +
                              '.');
         } catch (const HostError& error) {
-            failed.push_back(error.what());
+            failed.emplace_back(error.what());
         }
         logFailure(failed.back());
     }
@@ -130,7 +130,7 @@ void ComponentFolder::load(const std::wstring& path, EnginesManager& manager) {
         failureTexts.push_back("The component " + utf8(path) + " cannot be loaded: it crashed with " +
                                describe(*crash).data() + ".");
     } catch (const HostError& error) {
-        failureTexts.push_back(error.what());
+        failureTexts.emplace_back(error.what());
     }
     logFailure(failureTexts.back());
 }

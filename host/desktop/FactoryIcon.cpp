@@ -24,8 +24,9 @@ Colour colourAt(const Bitmap& bitmap, int x, int y) {
         &bitmap.pixels[(static_cast<std::size_t>(row) * static_cast<std::size_t>(bitmap.width) +
                         static_cast<std::size_t>(column)) *
                        4];
-    const float alpha = pixel[3];
-    return {pixel[0] * alpha, pixel[1] * alpha, pixel[2] * alpha, alpha};
+    const auto channel = [pixel](int index) { return static_cast<float>(pixel[index]); };
+    const float alpha = channel(3);
+    return {channel(0) * alpha, channel(1) * alpha, channel(2) * alpha, alpha};
 }
 
 Colour between(const Colour& a, const Colour& b, float part) {

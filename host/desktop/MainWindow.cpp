@@ -67,7 +67,7 @@ BEGIN_MESSAGE_MAP(MainWindow, CWnd)
 END_MESSAGE_MAP()
 
 MainWindow::MainWindow(const EnginesManager& manager, DesktopSettings settings)
-    : manager(manager), settings(std::move(settings)), thumbnails([this] { view.thumbnailsLoaded(); }),
+    : manager(manager), settings(settings), thumbnails([this] { view.thumbnailsLoaded(); }),
       adder(
           pages,
           [this](std::size_t) {

@@ -53,7 +53,7 @@ void PictureShrinker::addRow(const std::uint8_t* pixels) {
 void PictureShrinker::finishRow() {
     for (unsigned x = 0; x < static_cast<unsigned>(small.size.cx); ++x) {
         const std::uint64_t count = std::uint64_t{firstColumnOf(x + 1) - firstColumnOf(x)} * rowsInSum;
-        const std::uint64_t* const sum = &sums[x * channels];
+        const std::uint64_t* const sum = &sums[std::size_t{x} * channels];
         const std::uint64_t white = 255 * count - sum[alpha];
         for (unsigned channel = 0; channel < alpha; ++channel)
             small.pixels.push_back(static_cast<std::uint8_t>(

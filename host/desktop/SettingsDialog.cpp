@@ -117,7 +117,7 @@ void SettingsDialog::fillLanguages() {
     list.select(language);
 }
 
-void SettingsDialog::fillClients(std::wstring selected) {
+void SettingsDialog::fillClients(const std::wstring& selected) {
     const std::vector<MailClients::Client> all = targets.mailClients.all();
     // Without another to choose, it is the only way back from DraftMail.
     const bool hasOther = std::ranges::any_of(
@@ -136,11 +136,11 @@ void SettingsDialog::showClientNote() {
     SetDlgItemTextW(m_hWnd, IDC_SETTINGS_CLIENT_NOTE, localText(section, key).c_str());
 }
 
-const std::wstring& SettingsDialog::selectedLanguage() const {
+std::wstring SettingsDialog::selectedLanguage() const {
     return languages[selectedEntry(*GetDlgItem(IDC_SETTINGS_LANGUAGE))];
 }
 
-const std::wstring& SettingsDialog::selectedClient() const {
+std::wstring SettingsDialog::selectedClient() const {
     return clients[selectedEntry(*GetDlgItem(IDC_SETTINGS_CLIENT))];
 }
 

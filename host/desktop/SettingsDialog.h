@@ -52,10 +52,10 @@ private:
 
     void setTexts();
     void fillLanguages();
-    void fillClients(std::wstring selected);
+    void fillClients(const std::wstring& selected);
     void showClientNote();
-    const std::wstring& selectedLanguage() const;
-    const std::wstring& selectedClient() const;
+    std::wstring selectedLanguage() const;
+    std::wstring selectedClient() const;
     Limit enteredLimit() const;
     bool isChanged() const;
     bool apply();

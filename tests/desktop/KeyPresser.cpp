@@ -15,6 +15,7 @@
 #include <cstdio>
 #include <iostream>
 #include <map>
+#include <ranges>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -54,8 +55,8 @@ void send(WORD key, DWORD flags) {
 void press(const std::vector<WORD>& keys) {
     for (const WORD key : keys)
         send(key, 0);
-    for (auto key = keys.rbegin(); key != keys.rend(); ++key)
-        send(*key, KEYEVENTF_KEYUP);
+    for (const WORD key : std::views::reverse(keys))
+        send(key, KEYEVENTF_KEYUP);
 }
 
 void type(const std::wstring& text) {

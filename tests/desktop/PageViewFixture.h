@@ -59,9 +59,10 @@ protected:
     /// Adds a page for each name to the end, of a file of its own.
     void addPages(const Names& names, const std::wstring& folderName = L"scans") {
         CreateDirectoryW((folder / folderName).c_str(), nullptr);
+        const std::wstring prefix = folderName + L'\\';
         std::vector<std::wstring> files;
         for (const std::wstring& name : names)
-            files.push_back(folder.write(folderName + L'\\' + name, "%PDF-1.4"));
+            files.push_back(folder.write(prefix + name, "%PDF-1.4"));
         std::vector<host::LeftOut> leftOut;
         pages.insert(pages.size(), pages.make(files, leftOut));
         EXPECT_TRUE(leftOut.empty());

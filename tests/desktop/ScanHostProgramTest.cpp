@@ -103,7 +103,7 @@ public:
     /// Closes the next message.
     std::string answerMessage() const {
         const HWND box = find(host::anyMessageBox());
-        const std::string text = utf8(textOf(GetDlgItem(box, 0xFFFF)));
+        std::string text = utf8(textOf(GetDlgItem(box, 0xFFFF)));
         // A box with nothing but OK gives this button the number of Cancel.
         EXPECT_TRUE(host::click(IDCANCEL)(box) || host::click(IDOK)(box));
         EXPECT_TRUE(waitFor([&] { return !IsWindow(box); }));
@@ -180,7 +180,8 @@ protected:
             CreateDirectoryW((folder / name).c_str(), nullptr);
     }
 
-    unsigned run(std::vector<std::wstring> arguments, const std::function<void(const RunningProgram&)>& use) {
+    unsigned run(const std::vector<std::wstring>& arguments,
+                 const std::function<void(const RunningProgram&)>& use) {
         return runProgram(program, arguments, [&](DWORD id) { use(RunningProgram(id)); }).exitCode;
     }
 
