@@ -221,6 +221,9 @@ bool SettingsDialog::applyClient() {
         return false;
     }
     fillClients(client);
+    // The system's mail library keeps the client that it was loaded with, and may stay loaded after an export.
+    if (GetModuleHandleW(L"MAPI32.DLL"))
+        tell(localText(section, "Mail.NextStart"), MB_ICONINFORMATION);
     return true;
 }
 
@@ -247,8 +250,8 @@ bool SettingsDialog::applyLanguage() {
     return false;
 }
 
-void SettingsDialog::tell(const std::wstring& text) {
-    MessageBox(text.c_str(), localText(section, "Title").c_str(), MB_OK | MB_ICONWARNING);
+void SettingsDialog::tell(const std::wstring& text, UINT icon) {
+    MessageBox(text.c_str(), localText(section, "Title").c_str(), MB_OK | icon);
 }
 
 } // namespace host

@@ -61,7 +61,7 @@ private:
     bool apply();
     bool applyClient();
     bool applyLanguage();
-    void tell(const std::wstring& text);
+    void tell(const std::wstring& text, UINT icon = MB_ICONWARNING);
 
     SettingsTargets targets;
     std::vector<std::wstring> languages; ///< the codes in the list's order

@@ -238,6 +238,17 @@ TEST_F(SettingsDialogTest, MakesAClientTheDefault) {
     EXPECT_EQ(test::readValue(clients, L""), (test::RawValue{REG_SZ, test::bytesOfTerminated(L"Post")}));
 }
 
+TEST_F(SettingsDialogTest, TellsWhenTheProgramItselfUsesTheClientOnlyLater) {
+    addClient(L"Post");
+    const HMODULE library = LoadLibraryW(L"MAPI32.DLL");
+    ASSERT_NE(library, nullptr);
+    expectMessage(L"The mail program has been changed. ScanHost itself will use it after its next start.");
+    EXPECT_EQ(operate({choose(IDC_SETTINGS_CLIENT, L"Post"), host::click(IDOK)}), IDOK);
+    EXPECT_EQ(messages.size(), 1);
+    EXPECT_EQ(test::readValue(clients, L""), (test::RawValue{REG_SZ, test::bytesOfTerminated(L"Post")}));
+    FreeLibrary(library);
+}
+
 TEST_F(SettingsDialogTest, SaysWhatDraftMailIs) {
     addClient(L"Post");
     setClient(L"Post");
