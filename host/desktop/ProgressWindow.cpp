@@ -179,19 +179,24 @@ void ProgressWindow::update() {
         taskbar->SetProgressValue(owner, step, barSteps);
 }
 
+// Again and again: an owner that is clicked or chosen in the taskbar covers it, and looks as if it hung.
 void ProgressWindow::appear() {
-    KillTimer(window, appearTimer);
     // A message of the timer may have been on the way already when that was stopped.
-    if (isAside || IsWindowVisible(window))
+    if (isAside)
         return;
-    centreOver(owner, window);
-    if (GetForegroundWindow() == owner) {
-        ShowWindow(window, SW_SHOW);
-        SetForegroundWindow(window);
-    } else {
-        SetWindowPos(window, owner, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE | SWP_SHOWWINDOW);
-        SetWindowPos(window, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+    const bool isOwnerInFront = GetForegroundWindow() == owner;
+    if (!IsWindowVisible(window)) {
+        centreOver(owner, window);
+        if (isOwnerInFront) {
+            ShowWindow(window, SW_SHOW);
+        } else {
+            SetWindowPos(window, owner, 0, 0, 0, 0,
+                         SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE | SWP_SHOWWINDOW);
+            SetWindowPos(window, HWND_TOP, 0, 0, 0, 0, SWP_NOMOVE | SWP_NOSIZE | SWP_NOACTIVATE);
+        }
     }
+    if (isOwnerInFront)
+        SetForegroundWindow(window);
 }
 
 // The active window must not hide before the one that is to follow it has become active, which takes its thread a while,

@@ -24,7 +24,8 @@ struct Progress {
 };
 
 /// A window on a thread of its own, because engines block that of the user interface. It shows itself when the export
-/// takes longer than a moment, and takes the keyboard only from its owner: Enter and Esc stop the export.
+/// takes longer than a moment, stays in front of its owner, and takes the keyboard only from that: Enter and Esc stop
+/// the export.
 ///
 /// The owner does not own it in the system's sense, which would tie the input of both threads together. The window
 /// neither sends messages to the owner's thread nor waits for it. The owner's button in the taskbar shows the progress

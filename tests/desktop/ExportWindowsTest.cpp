@@ -195,6 +195,15 @@ TEST_F(ProgressWindowTest, HasTheKeyboardWhenTheOwnerHadIt) {
     EXPECT_TRUE(test::waitUntil([this] { return GetForegroundWindow() == window; }));
 }
 
+TEST_F(ProgressWindowTest, ComesBackInFrontOfItsOwner) {
+    const auto isInFront = [this] { return GetForegroundWindow() == window; };
+    ASSERT_TRUE(test::waitUntil(isInFront));
+    // Answered once the window has got done with appearing.
+    SendMessageW(window, WM_NULL, 0, 0);
+    ASSERT_TRUE(SetForegroundWindow(owner));
+    EXPECT_TRUE(test::waitUntil(isInFront));
+}
+
 TEST_F(ProgressWindowTest, IsNotOwnedAcrossThreads) {
     EXPECT_EQ(GetWindow(window, GW_OWNER), nullptr);
     EXPECT_NE(GetWindowThreadProcessId(window, nullptr), GetCurrentThreadId());
