@@ -239,8 +239,12 @@ void MainWindow::OnOpen() {
 }
 
 void MainWindow::OnRemove() {
-    pages.remove(view.selection());
+    const auto removed = view.selection();
+    pages.remove(removed);
     pagesChanged();
+    // So that the same key removes one page after the other, and arrows go on from where the person was.
+    if (pages.size() > 0)
+        view.select({std::min(removed.front(), pages.size() - 1)});
 }
 
 void MainWindow::OnExport(UINT command) {

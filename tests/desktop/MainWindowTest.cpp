@@ -339,6 +339,20 @@ TEST_F(MainWindowTest, PutsPagesInOrderAndRemovesThem) {
     EXPECT_FALSE(isOffered(host::commandRemove));
 }
 
+TEST_F(MainWindowTest, RemovesOnePageAfterTheOther) {
+    open();
+    addPages({L"a.pdf", L"b.pdf", L"c.pdf", L"d.pdf"});
+    select(1, 2);
+    command(host::commandRemove);
+    EXPECT_EQ(statusPart(0), L"3 pages, 1 selected");
+    command(host::commandRemove);
+    exportWith(host::commandExportAll);
+    EXPECT_THAT(target.names, ElementsAre(L"a.pdf", L"d.pdf"));
+    command(host::commandRemove);
+    command(host::commandRemove);
+    EXPECT_EQ(statusPart(0), L"0 pages");
+}
+
 TEST_F(MainWindowTest, KeepsThePagesInTheOrderChosen) {
     open();
     addPages({L"c.pdf", L"a.pdf"});
@@ -729,7 +743,7 @@ TEST_F(MainWindowTest, OpensTheMenuOfThePagesWithTheKeyboard) {
 
     EXPECT_TRUE(pilot.succeeded()) << pilot.failure();
     EXPECT_TRUE(moveBack & MF_GRAYED) << "it is the first page";
-    EXPECT_EQ(statusPart(0), L"1 page") << "the letter removes the selected one";
+    EXPECT_EQ(statusPart(0), L"1 page, 1 selected") << "the letter removes the selected one";
 }
 
 TEST_F(MainWindowTest, TellsItsVersionAndWhereItsLogIs) {
