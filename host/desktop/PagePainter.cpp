@@ -34,6 +34,12 @@ bool isHighContrast() {
            (contrast.dwFlags & HCF_HIGHCONTRASTON);
 }
 
+/// On a dark ground too a colour mixed with it could hardly be told from it.
+bool isPlain() {
+    const COLORREF ground = GetSysColor(COLOR_WINDOW);
+    return isHighContrast() || std::max({GetRValue(ground), GetGValue(ground), GetBValue(ground)}) < 128;
+}
+
 COLORREF blend(COLORREF colour, COLORREF ground, int percent) {
     const auto mixed = [percent](int part, int under) {
         return static_cast<BYTE>((part * percent + under * (100 - percent)) / 100);
@@ -42,11 +48,11 @@ COLORREF blend(COLORREF colour, COLORREF ground, int percent) {
                mixed(GetBValue(colour), GetBValue(ground)));
 }
 
-/// Between a colour of the system's texts and its window's, nearer to the window the smaller the percentage. The
-/// colours of a high-contrast scheme are never mixed.
+/// Between a colour of the system's texts and its window's, nearer to the window the smaller the percentage. Plain
+/// colours are never mixed.
 COLORREF shade(int systemColour, int percent) {
     const COLORREF full = GetSysColor(systemColour);
-    return isHighContrast() ? full : blend(full, GetSysColor(COLOR_WINDOW), percent);
+    return isPlain() ? full : blend(full, GetSysColor(COLOR_WINDOW), percent);
 }
 
 COLORREF runColour(std::size_t run) {
@@ -170,7 +176,7 @@ void PagePainter::paintStrip(HDC dc, const CRect& cellRect, const PageCell& page
 
 void PagePainter::paintSelection(HDC dc, const CRect& around, const PageCell& page) const {
     if (page.selected) {
-        const int colour = page.viewIsActive || isHighContrast() ? COLOR_HIGHLIGHT : COLOR_GRAYTEXT;
+        const int colour = page.viewIsActive || isPlain() ? COLOR_HIGHLIGHT : COLOR_GRAYTEXT;
         fillRounded(dc, around, shade(colour, 28), shade(colour, 75), scaled(6));
     }
     if (page.focused) {
@@ -208,7 +214,7 @@ void PagePainter::paintPage(HDC dc, const CRect& square, const PageCell& page) c
 }
 
 void PagePainter::paintSheet(HDC dc, const CRect& sheet) const {
-    if (!isHighContrast()) {
+    if (!isPlain()) {
         // Drawn over the page's ground, which may be a selection.
         const COLORREF ground = GetPixel(dc, sheet.left - 1, sheet.bottom + scaled(1));
         for (const auto& [distance, strength] : {std::pair(2, 10), std::pair(1, 24)}) {
@@ -233,7 +239,7 @@ void PagePainter::paintFrameCount(HDC dc, const CRect& sheet, unsigned frames) c
 }
 
 void PagePainter::paintTexts(HDC dc, const CRect& texts, const PageCell& page) const {
-    const bool onHighlight = page.selected && isHighContrast();
+    const bool onHighlight = page.selected && isPlain();
     SetTextColor(dc, GetSysColor(onHighlight ? COLOR_HIGHLIGHTTEXT : COLOR_WINDOWTEXT));
     CRect line(texts.left, texts.top, texts.right, texts.top + lineHeight);
     {

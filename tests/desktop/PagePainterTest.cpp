@@ -1,5 +1,7 @@
 #include "host/desktop/PagePainter.h"
 
+#include "support/ImportHook.h"
+
 #include <gtest/gtest.h>
 
 #include <atltypes.h>
@@ -110,20 +112,48 @@ TEST_P(PagePainterTest, JoinsThePagesOfARunWithALine) {
     EXPECT_NE(canvas.at(7 * size.cx / 2, y), first);
 }
 
+/// The colour around the page in a cell.
+COLORREF groundOf(const PagePainter& painter, bool selected, bool active) {
+    const CSize size = painter.cellSize();
+    Canvas canvas(size);
+    PageCell page = somePage();
+    page.selected = selected;
+    page.viewIsActive = active;
+    painter.paint(canvas.dc, CRect(0, 0, size.cx, size.cy), page);
+    const CRect icon = painter.iconIn(CRect(0, 0, size.cx, size.cy));
+    return canvas.at(icon.left + 4, icon.bottom - 4);
+}
+
 TEST_P(PagePainterTest, TellsASelectionInAnActiveViewFromOthers) {
-    const auto groundOf = [this](bool selected, bool active) {
-        Canvas canvas(size);
-        PageCell page = somePage();
-        page.selected = selected;
-        page.viewIsActive = active;
-        painter.paint(canvas.dc, CRect(0, 0, size.cx, size.cy), page);
-        const CRect icon = painter.iconIn(CRect(0, 0, size.cx, size.cy));
-        return canvas.at(icon.left + 4, icon.bottom - 4);
-    };
-    EXPECT_EQ(groundOf(false, true), GetSysColor(COLOR_WINDOW));
-    EXPECT_NE(groundOf(true, true), groundOf(false, true));
-    EXPECT_NE(groundOf(true, false), groundOf(false, true));
-    EXPECT_NE(groundOf(true, false), groundOf(true, true));
+    EXPECT_EQ(groundOf(painter, false, true), GetSysColor(COLOR_WINDOW));
+    EXPECT_NE(groundOf(painter, true, true), groundOf(painter, false, true));
+    EXPECT_NE(groundOf(painter, true, false), groundOf(painter, false, true));
+    EXPECT_NE(groundOf(painter, true, false), groundOf(painter, true, true));
+}
+
+constexpr COLORREF PURPLE = RGB(128, 0, 128);
+
+DWORD WINAPI darkColour(int index) {
+    return index == COLOR_WINDOW ? RGB(32, 32, 32) : index == COLOR_HIGHLIGHT ? PURPLE : RGB(255, 255, 255);
+}
+
+BOOL WINAPI highContrast(UINT action, UINT, void* value, UINT) {
+    if (action == SPI_GETHIGHCONTRAST)
+        static_cast<HIGHCONTRASTW*>(value)->dwFlags = HCF_HIGHCONTRASTON;
+    return action == SPI_GETHIGHCONTRAST;
+}
+
+TEST_P(PagePainterTest, ShowsTheSelectionInItsFullColourOnDarkGround) {
+    const test::ImportHook colours("GetSysColor", reinterpret_cast<void*>(darkColour));
+    EXPECT_EQ(groundOf(painter, false, true), RGB(32, 32, 32));
+    EXPECT_EQ(groundOf(painter, true, true), PURPLE);
+    EXPECT_EQ(groundOf(painter, true, false), PURPLE);
+}
+
+TEST_P(PagePainterTest, MixesNoColoursOfHighContrast) {
+    const test::ImportHook contrast("SystemParametersInfoW", reinterpret_cast<void*>(highContrast));
+    EXPECT_EQ(groundOf(painter, true, true), GetSysColor(COLOR_HIGHLIGHT));
+    EXPECT_EQ(groundOf(painter, true, false), GetSysColor(COLOR_HIGHLIGHT));
 }
 
 TEST_P(PagePainterTest, PutsTheInsertionMarkBetweenTheCells) {
