@@ -9,6 +9,7 @@
 #include "host/HostApplication.h"
 #include "host/HostError.h"
 #include "host/MailDialogControls.h"
+#include "host/ProgramFolder.h"
 #include "host/TemporaryRoot.h"
 #include "host/ZipDialogControls.h"
 
@@ -25,7 +26,6 @@
 #include <objbase.h>
 
 #include <cstdio>
-#include <cwchar>
 #include <functional>
 #include <iterator>
 #include <memory>
@@ -81,18 +81,12 @@ private:
     std::wstring root;
 };
 
-std::wstring programFolder() {
-    wchar_t program[MAX_PATH];
-    GetModuleFileNameW(nullptr, program, MAX_PATH);
-    return {program, std::wcsrchr(program, L'\\')};
-}
-
 /// A host with the component and two pages.
 class Stage {
 public:
     Stage(const Example& example, std::wstring page)
         : example(example), page(std::move(page)), settings(application, example),
-          component(programFolder() + L"\\BasicExport.dll", manager),
+          component(host::programFolder() + L"\\BasicExport.dll", manager),
           owner(CreateWindowExW(0, L"STATIC", L"", 0, 0, 0, 0, 0, nullptr, nullptr, nullptr, nullptr)) {}
     ~Stage() { DestroyWindow(owner); }
     Stage(const Stage&) = delete;
@@ -184,7 +178,7 @@ int wmain(int argumentCount, wchar_t** arguments) {
         // The buttons of message boxes are the system's; Windows goes by the one and Wine by the other.
         SetThreadUILanguage(example.systemLanguage);
         SetThreadLocale(MAKELCID(example.systemLanguage, SORT_DEFAULT));
-        if (!bxutils::getResourceManager()->loadLanguageFile(programFolder() + L"\\lang\\" +
+        if (!bxutils::getResourceManager()->loadLanguageFile(host::programFolder() + L"\\lang\\" +
                                                              example.language + L".ini"))
             throw host::HostError("The language file cannot be read.");
         CWinApp program(L"Scanner");
