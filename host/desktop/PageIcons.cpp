@@ -62,14 +62,15 @@ Thumbnail draw(Thumbnail::Kind kind, int side, Colour (*colourAt)(double x, doub
     Thumbnail icon;
     icon.kind = kind;
     icon.size = {std::max(1L, std::lround(side * sheetWidth)), side};
-    icon.pixels.reserve(static_cast<std::size_t>(icon.size.cx * icon.size.cy * 4));
+    icon.pixels.reserve(static_cast<std::size_t>(icon.size.cx) * static_cast<std::size_t>(icon.size.cy) * 4);
     const double step = 1.0 / (side * places);
     for (int y = 0; y < icon.size.cy; ++y) {
         for (int x = 0; x < icon.size.cx; ++x) {
             Colour sum = nothing;
             for (int place = 0; place < places * places; ++place) {
-                const Colour colour = colourAt((x * places + place % places + 0.5) * step,
-                                               (y * places + place / places + 0.5) * step);
+                const int column = x * places + place % places;
+                const int row = y * places + place / places;
+                const Colour colour = colourAt((column + 0.5) * step, (row + 0.5) * step);
                 if (colour.alpha == 0)
                     continue;
                 sum.blue += colour.blue;

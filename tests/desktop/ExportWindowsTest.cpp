@@ -76,13 +76,14 @@ TEST_P(ExportWindowsTest, TellFailuresWithoutClippingThem) {
         sentences.push_back(text);
     ASSERT_GT(reasons.size(), 20u);
     ASSERT_GT(sentences.size(), 10u);
-    const std::wstring longestReason = *std::ranges::max_element(reasons, {}, &std::wstring::size);
-    const std::wstring longestSentence = *std::ranges::max_element(sentences, {}, &std::wstring::size);
+    const std::wstring longestReason = L'\n' + *std::ranges::max_element(reasons, {}, &std::wstring::size);
+    const std::wstring longestSentence =
+        *std::ranges::max_element(sentences, {}, &std::wstring::size) + L'\n';
     std::vector<std::wstring> said;
     for (const std::wstring& sentence : sentences)
-        said.push_back(sentence + L'\n' + longestReason);
+        said.push_back(sentence + longestReason);
     for (const std::wstring& reason : reasons)
-        said.push_back(longestSentence + L'\n' + reason);
+        said.push_back(longestSentence + reason);
 
     EXPECT_THAT(clippedInResult({host::ExportReport::Kind::Failed,
                                  test::hostText("Common", "ExportToZipDlg.ExportToZipFile"),

@@ -176,7 +176,7 @@ TEST_F(PageAdderTest, MayBeGivenMoreWhenItIsDone) {
     bool more = true;
     host::PageAdder again(
         pages, [](std::size_t) {},
-        [&](std::vector<LeftOut>) {
+        [&](const std::vector<LeftOut>&) {
             if (std::exchange(more, false))
                 again.add({file(L"b")}, pages.size());
         });
@@ -188,7 +188,7 @@ TEST_F(PageAdderTest, MayBeGivenMoreWhenItIsDone) {
 TEST_F(PageAdderTest, MayEndWhileItAdds) {
     {
         host::PageAdder ending(
-            pages, [](std::size_t) {}, [](std::vector<LeftOut>) { FAIL() << "told after the end"; });
+            pages, [](std::size_t) {}, [](const std::vector<LeftOut>&) { FAIL() << "told after the end"; });
         ending.add({file(L"a")}, 0);
     }
     adder.add({file(L"b")}, 0);
