@@ -172,6 +172,26 @@ DialogPilot::Action inOrder(std::vector<DialogPilot::Action> actions) {
     };
 }
 
+HWND windowOf(DWORD processId, const DialogPilot::Match& match) {
+    struct Search {
+        DWORD processId;
+        const DialogPilot::Match& match;
+        HWND found;
+    } search{processId, match, nullptr};
+    EnumWindows(
+        [](HWND window, LPARAM parameter) -> BOOL {
+            auto& search = *reinterpret_cast<Search*>(parameter);
+            DWORD owner = 0;
+            GetWindowThreadProcessId(window, &owner);
+            if (owner == search.processId && IsWindowVisible(window) && IsWindowEnabled(window) &&
+                search.match(window))
+                search.found = window;
+            return !search.found;
+        },
+        reinterpret_cast<LPARAM>(&search));
+    return search.found;
+}
+
 std::wstring windowText(HWND window) {
     std::wstring text(static_cast<std::size_t>(GetWindowTextLengthW(window)) + 1, L'\0');
     text.resize(static_cast<std::size_t>(GetWindowTextW(window, text.data(), static_cast<int>(text.size()))));

@@ -89,6 +89,11 @@ DialogPilot::Action enterText(int controlId, std::wstring text);
 /// Does one after the other in the same tick.
 DialogPilot::Action inOrder(std::vector<DialogPilot::Action> actions);
 
+// Windows that no pilot reaches.
+
+/// One of a process's top-level windows that can be seen and used and that matches, or null.
+HWND windowOf(DWORD processId, const DialogPilot::Match& match);
+
 // What can be read off a window.
 
 std::wstring windowText(HWND window);

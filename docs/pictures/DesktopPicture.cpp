@@ -89,26 +89,11 @@ public:
     std::function<void()> whenAtPage;
 };
 
-HWND progressWindow() {
-    HWND found = nullptr;
-    EnumWindows(
-        [](HWND window, LPARAM result) -> BOOL {
-            DWORD process = 0;
-            GetWindowThreadProcessId(window, &process);
-            if (process == GetCurrentProcessId() && IsWindowVisible(window) &&
-                GetDlgItem(window, IDC_PROGRESS_BAR))
-                *reinterpret_cast<HWND*>(result) = window;
-            return TRUE;
-        },
-        reinterpret_cast<LPARAM>(&found));
-    return found;
-}
-
 /// Waits as a thread must to which the other window's thread may send messages.
 HWND awaitProgressWindow() {
     const auto end = std::chrono::steady_clock::now() + patience;
     while (std::chrono::steady_clock::now() < end) {
-        if (const HWND window = progressWindow())
+        if (const HWND window = host::windowOf(GetCurrentProcessId(), host::dialogWith(IDC_PROGRESS_BAR)))
             return window;
         MSG message;
         PeekMessageW(&message, nullptr, 0, 0, PM_NOREMOVE | PM_QS_SENDMESSAGE);

@@ -65,19 +65,7 @@ template <class Condition> bool waitUntil(Condition condition) {
 
 /// The window of this process that shows the progress, if it can be seen, or null.
 inline HWND progressWindow() {
-    HWND found = nullptr;
-    EnumWindows(
-        [](HWND window, LPARAM result) -> BOOL {
-            DWORD process = 0;
-            GetWindowThreadProcessId(window, &process);
-            if (process != GetCurrentProcessId() || !IsWindowVisible(window) ||
-                !GetDlgItem(window, IDC_PROGRESS_BAR))
-                return TRUE;
-            *reinterpret_cast<HWND*>(result) = window;
-            return FALSE;
-        },
-        reinterpret_cast<LPARAM>(&found));
-    return found;
+    return host::windowOf(GetCurrentProcessId(), host::dialogWith(IDC_PROGRESS_BAR));
 }
 
 /// Does what a test wants when the engine comes to a page.

@@ -11,6 +11,7 @@
 #include "host/desktop/ExportControls.h"
 #include "host/desktop/SettingsControls.h"
 #include "support/ChildProcess.h"
+#include "support/MessageLoop.h"
 #include "support/ScopedRegistryKey.h"
 #include "support/ScopedVariable.h"
 #include "support/TempFolder.h"
@@ -22,7 +23,6 @@
 
 #include <commctrl.h>
 
-#include <chrono>
 #include <functional>
 #include <string>
 #include <vector>
@@ -52,19 +52,10 @@ public:
     RunningProgram(const RunningProgram&) = delete;
     RunningProgram& operator=(const RunningProgram&) = delete;
 
-    static bool waitFor(const std::function<bool()>& condition) {
-        const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(20);
-        while (!condition()) {
-            if (std::chrono::steady_clock::now() > end)
-                return false;
-            Sleep(10);
-        }
-        return true;
-    }
-
     HWND find(const host::DialogPilot::Match& match) const {
         HWND found = nullptr;
-        EXPECT_TRUE(waitFor([&] { return (found = findNow(match)) != nullptr; })) << "a window is missing";
+        EXPECT_TRUE(test::handleMessagesUntil([&] { return (found = host::windowOf(id, match)) != nullptr; }))
+            << "a window is missing";
         return found;
     }
 
@@ -80,7 +71,7 @@ public:
 
     void expectPages(const wchar_t* text) const {
         const HWND bar = FindWindowExW(window(), nullptr, STATUSCLASSNAMEW, nullptr);
-        EXPECT_TRUE(waitFor([&] { return textOf(bar) == text; })) << utf8(textOf(bar));
+        EXPECT_TRUE(test::handleMessagesUntil([&] { return textOf(bar) == text; })) << utf8(textOf(bar));
     }
 
     /// The names on the buttons of the exports.
@@ -106,7 +97,7 @@ public:
         std::string text = utf8(textOf(GetDlgItem(box, 0xFFFF)));
         // A box with nothing but OK gives this button the number of Cancel.
         EXPECT_TRUE(host::click(IDCANCEL)(box) || host::click(IDOK)(box));
-        EXPECT_TRUE(waitFor([&] { return !IsWindow(box); }));
+        EXPECT_TRUE(test::handleMessagesUntil([&] { return !IsWindow(box); }));
         return text;
     }
 
@@ -122,7 +113,8 @@ public:
 
     void chooseLanguage(const wchar_t* language) const {
         openSettingsAndChoose(language);
-        EXPECT_TRUE(waitFor([&] { return !findNow(host::dialogWith(IDC_SETTINGS_LANGUAGE)); }));
+        EXPECT_TRUE(test::handleMessagesUntil(
+            [&] { return !host::windowOf(id, host::dialogWith(IDC_SETTINGS_LANGUAGE)); }));
     }
 
     void exportToFolder(const std::wstring& folder) const {
@@ -138,7 +130,7 @@ public:
         host::click(IDOK)(dialog);
         const HWND result = find(host::dialogWith(IDC_RESULT_TEXT));
         host::click(IDOK)(result);
-        EXPECT_TRUE(waitFor([&] { return !IsWindow(result); }));
+        EXPECT_TRUE(test::handleMessagesUntil([&] { return !IsWindow(result); }));
     }
 
     /// Starts a thread where there is no code.
@@ -148,26 +140,6 @@ public:
     }
 
 private:
-    HWND findNow(const host::DialogPilot::Match& match) const {
-        struct Search {
-            const host::DialogPilot::Match& match;
-            DWORD id;
-            HWND found;
-        } search{match, id, nullptr};
-        EnumWindows(
-            [](HWND window, LPARAM parameter) -> BOOL {
-                auto& search = *reinterpret_cast<Search*>(parameter);
-                DWORD owner = 0;
-                GetWindowThreadProcessId(window, &owner);
-                if (owner == search.id && IsWindowVisible(window) && IsWindowEnabled(window) &&
-                    search.match(window))
-                    search.found = window;
-                return !search.found;
-            },
-            reinterpret_cast<LPARAM>(&search));
-        return search.found;
-    }
-
     DWORD id;
     HANDLE process;
     mutable HWND main = nullptr;

@@ -4,6 +4,7 @@
 #include "host/Text.h"
 #include "host/ZipDialogControls.h"
 #include "support/ChildProcess.h"
+#include "support/MessageLoop.h"
 #include "support/ScopedRegistryKey.h"
 #include "support/ScopedVariable.h"
 #include "support/TempFolder.h"
@@ -14,7 +15,6 @@
 #include <windows.h>
 
 #include <algorithm>
-#include <chrono>
 #include <functional>
 
 using testing::ElementsAre;
@@ -28,35 +28,14 @@ constexpr wchar_t program[] = L"minimal-host.exe";
 constexpr wchar_t toFolder[] = L"com.brellix.sorvane.exportdata-factory.dir.file";
 constexpr wchar_t toZip[] = L"com.brellix.sorvane.exportdata-factory.zip.file";
 
-HWND windowOf(DWORD processId, const host::DialogPilot::Match& match) {
-    struct Search {
-        DWORD processId;
-        const host::DialogPilot::Match& match;
-        HWND found;
-    } search{processId, match, nullptr};
-    EnumWindows(
-        [](HWND window, LPARAM argument) -> BOOL {
-            auto& search = *reinterpret_cast<Search*>(argument);
-            DWORD owner = 0;
-            GetWindowThreadProcessId(window, &owner);
-            if (owner == search.processId && IsWindowVisible(window) && search.match(window))
-                search.found = window;
-            return search.found == nullptr;
-        },
-        reinterpret_cast<LPARAM>(&search));
-    return search.found;
-}
-
 /// Waits for the dialog that has the control, and uses it.
 std::function<void(DWORD)> inDialogWith(int control, std::function<void(HWND dialog)> use) {
     return [match = host::dialogWith(control), use = std::move(use)](DWORD processId) {
-        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
-        while (std::chrono::steady_clock::now() < deadline) {
-            if (HWND dialog = windowOf(processId, match))
-                return use(dialog);
-            Sleep(10);
-        }
-        ADD_FAILURE() << "the settings dialog did not come";
+        HWND dialog = nullptr;
+        if (test::handleMessagesUntil([&] { return (dialog = host::windowOf(processId, match)) != nullptr; }))
+            use(dialog);
+        else
+            ADD_FAILURE() << "the settings dialog did not come";
     };
 }
 
@@ -83,11 +62,8 @@ protected:
 
     /// What a program writes is kept in temporary files, which go with the last process that has got them.
     void waitForOutputFiles() const {
-        const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(30);
         const auto isOutput = [](const std::wstring& name) { return name.ends_with(L".tmp"); };
-        while (std::ranges::any_of(temporaryFiles.list(), isOutput) &&
-               std::chrono::steady_clock::now() < deadline)
-            Sleep(10);
+        test::handleMessagesUntil([&] { return std::ranges::none_of(temporaryFiles.list(), isOutput); });
     }
 
     const test::TempFolder images;
