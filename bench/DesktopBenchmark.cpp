@@ -130,8 +130,9 @@ Options parseOptions(int count, wchar_t** arguments) {
 /// The same sample many times under names of its own.
 void makePages(const std::wstring& folder, std::size_t count) {
     const std::wstring sample = host::fullPathOf(host::wide(BENCH_PAGES)) + L"\\Page 1.tif";
+    const std::wstring prefix = folder + L'\\';
     for (const std::wstring& name : numberedNames(L"Page", 5, count))
-        if (!CopyFileW(sample.c_str(), (folder + L'\\' + name).c_str(), TRUE))
+        if (!CopyFileW(sample.c_str(), (prefix + name).c_str(), TRUE))
             fail("A page cannot be made");
 }
 

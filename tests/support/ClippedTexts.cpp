@@ -111,9 +111,9 @@ bool isDrawnOverTheEdge(HFONT font, const std::wstring& text, const TextRoom& ro
     DrawTextW(dc, text.c_str(), -1, &area, room.format | room.alignment | DT_NOCLIP);
     GdiFlush();
     bool found = false;
-    const auto* pixels = static_cast<const RGBQUAD*>(bits);
-    for (LONG y = 0; y < height; ++y)
-        found |= std::any_of(pixels + y * width + room.size.cx, pixels + (y + 1) * width, isDark);
+    const auto* row = static_cast<const RGBQUAD*>(bits);
+    for (LONG y = 0; y < height; ++y, row += width)
+        found |= std::any_of(row + room.size.cx, row + width, isDark);
     SelectObject(dc, previousFont);
     SelectObject(dc, previousBitmap);
     DeleteObject(bitmap);
