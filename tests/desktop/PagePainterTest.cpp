@@ -1,5 +1,6 @@
 #include "host/desktop/PagePainter.h"
 
+#include "desktop/Canvas.h"
 #include "support/ImportHook.h"
 
 #include <gtest/gtest.h>
@@ -13,51 +14,7 @@ namespace {
 
 using host::PageCell;
 using host::PagePainter;
-
-constexpr COLORREF UNTOUCHED = RGB(1, 2, 3);
-
-/// A picture in memory to draw on.
-class Canvas {
-public:
-    explicit Canvas(CSize size) : size(size) {
-        BITMAPINFO info{};
-        info.bmiHeader = {sizeof(info.bmiHeader), size.cx, -size.cy, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
-        bitmap = CreateDIBSection(nullptr, &info, DIB_RGB_COLORS, nullptr, nullptr, 0);
-        previous = SelectObject(dc, bitmap);
-        SetDCBrushColor(dc, UNTOUCHED);
-        FillRect(dc, CRect(0, 0, size.cx, size.cy), static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
-    }
-    ~Canvas() {
-        SelectObject(dc, previous);
-        DeleteObject(bitmap);
-        DeleteDC(dc);
-    }
-    Canvas(const Canvas&) = delete;
-    Canvas& operator=(const Canvas&) = delete;
-
-    COLORREF at(int x, int y) const { return GetPixel(dc, x, y); }
-    bool holds(const CRect& rect, COLORREF colour) const {
-        for (int y = rect.top; y < rect.bottom; ++y)
-            for (int x = rect.left; x < rect.right; ++x)
-                if (at(x, y) != colour)
-                    return false;
-        return true;
-    }
-    /// The lowest row of a column that is not of the colour, above a limit.
-    int lowestOther(int x, int limit, COLORREF colour) const {
-        int y = limit - 1;
-        while (y > 0 && at(x, y) == colour)
-            --y;
-        return y;
-    }
-
-    const CSize size;
-    HDC dc = CreateCompatibleDC(nullptr);
-
-private:
-    HBITMAP bitmap;
-    HGDIOBJ previous;
-};
+using test::Canvas;
 
 PageCell somePage() {
     PageCell page;
@@ -82,10 +39,10 @@ TEST_P(PagePainterTest, StaysInsideTheCell) {
     PageCell page = somePage();
     page.selected = page.focused = true;
     painter.paint(canvas.dc, cell, page);
-    EXPECT_TRUE(canvas.holds(CRect(0, 0, canvas.size.cx, AROUND), UNTOUCHED));
-    EXPECT_TRUE(canvas.holds(CRect(0, cell.bottom, canvas.size.cx, canvas.size.cy), UNTOUCHED));
-    EXPECT_TRUE(canvas.holds(CRect(0, 0, AROUND, canvas.size.cy), UNTOUCHED));
-    EXPECT_TRUE(canvas.holds(CRect(cell.right, 0, canvas.size.cx, canvas.size.cy), UNTOUCHED));
+    EXPECT_TRUE(canvas.holds(CRect(0, 0, canvas.size.cx, AROUND), Canvas::ground));
+    EXPECT_TRUE(canvas.holds(CRect(0, cell.bottom, canvas.size.cx, canvas.size.cy), Canvas::ground));
+    EXPECT_TRUE(canvas.holds(CRect(0, 0, AROUND, canvas.size.cy), Canvas::ground));
+    EXPECT_TRUE(canvas.holds(CRect(cell.right, 0, canvas.size.cx, canvas.size.cy), Canvas::ground));
 }
 
 TEST_P(PagePainterTest, JoinsThePagesOfARunWithALine) {

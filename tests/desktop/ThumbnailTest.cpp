@@ -1,6 +1,7 @@
 // Drawing thumbnails.
 #include "host/desktop/Thumbnail.h"
 
+#include "desktop/Canvas.h"
 #include "host/desktop/PageIcons.h"
 
 #include <gmock/gmock.h>
@@ -14,43 +15,7 @@
 namespace {
 
 using host::Thumbnail;
-
-/// A green picture in memory to draw on.
-class Canvas {
-public:
-    Canvas(int width, int height) {
-        BITMAPINFO info{};
-        info.bmiHeader = {sizeof(BITMAPINFOHEADER), width, -height, 1, 32, BI_RGB, 0, 0, 0, 0, 0};
-        void* memory = nullptr;
-        bitmap = CreateDIBSection(dc, &info, DIB_RGB_COLORS, &memory, nullptr, 0);
-        before = SelectObject(dc, bitmap);
-        const RECT all{0, 0, width, height};
-        FillRect(dc, &all, static_cast<HBRUSH>(GetStockObject(DC_BRUSH)));
-    }
-    ~Canvas() {
-        SelectObject(dc, before);
-        DeleteObject(bitmap);
-        DeleteDC(dc);
-    }
-    Canvas(const Canvas&) = delete;
-    Canvas& operator=(const Canvas&) = delete;
-
-    HDC handle() const { return dc; }
-    COLORREF at(int x, int y) const { return GetPixel(dc, x, y); }
-
-    static constexpr COLORREF ground = RGB(0, 128, 0);
-
-private:
-    static HDC greenContext() {
-        const HDC context = CreateCompatibleDC(nullptr);
-        SetDCBrushColor(context, ground);
-        return context;
-    }
-
-    HDC dc = greenContext();
-    HBITMAP bitmap = nullptr;
-    HGDIOBJ before = nullptr;
-};
+using test::Canvas;
 
 Thumbnail redAndTransparent() {
     Thumbnail thumbnail;
@@ -61,8 +26,8 @@ Thumbnail redAndTransparent() {
 }
 
 TEST(ThumbnailTest, IsDrawnOverWhatIsThere) {
-    const Canvas canvas(10, 10);
-    drawThumbnail(canvas.handle(), {3, 4, 5, 6}, redAndTransparent());
+    const Canvas canvas({10, 10});
+    drawThumbnail(canvas.dc, {3, 4, 5, 6}, redAndTransparent());
     EXPECT_EQ(canvas.at(3, 4), RGB(255, 0, 0));
     EXPECT_EQ(canvas.at(3, 5), RGB(255, 0, 0));
     EXPECT_EQ(canvas.at(4, 4), Canvas::ground) << "transparent";
@@ -71,8 +36,8 @@ TEST(ThumbnailTest, IsDrawnOverWhatIsThere) {
 }
 
 TEST(ThumbnailTest, IsScaledToTheRectangle) {
-    const Canvas canvas(10, 10);
-    drawThumbnail(canvas.handle(), {0, 0, 8, 8}, redAndTransparent());
+    const Canvas canvas({10, 10});
+    drawThumbnail(canvas.dc, {0, 0, 8, 8}, redAndTransparent());
     EXPECT_EQ(canvas.at(0, 7), RGB(255, 0, 0));
     EXPECT_EQ(canvas.at(7, 7), Canvas::ground);
     EXPECT_EQ(canvas.at(0, 8), Canvas::ground);
