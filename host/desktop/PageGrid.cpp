@@ -160,6 +160,15 @@ void PageGrid::setFocused(std::size_t index) {
     if (index >= count())
         return;
     setState(*this, static_cast<LRESULT>(index), LVIS_FOCUSED, LVIS_FOCUSED);
+    setSelectionBegin(index);
+}
+
+std::size_t PageGrid::selectionBegin() const {
+    const LRESULT index = SendMessage(LVM_GETSELECTIONMARK);
+    return index < 0 ? count() : static_cast<std::size_t>(index);
+}
+
+void PageGrid::setSelectionBegin(std::size_t index) {
     SendMessage(LVM_SETSELECTIONMARK, 0, static_cast<LPARAM>(index));
 }
 
@@ -216,9 +225,8 @@ void PageGrid::goTo(std::size_t index, Going going) {
         setState(*this, static_cast<LRESULT>(index), LVIS_FOCUSED, LVIS_FOCUSED);
     }
     if (going == Going::Extend) {
-        const LRESULT begun = SendMessage(LVM_GETSELECTIONMARK);
-        const std::size_t mark = begun < 0 ? index : static_cast<std::size_t>(begun);
-        const auto [first, last] = std::minmax(mark, index);
+        const std::size_t begin = selectionBegin();
+        const auto [first, last] = std::minmax(begin < count() ? begin : index, index);
         for (std::size_t selected : selection())
             if (selected < first || selected > last)
                 setState(*this, static_cast<LRESULT>(selected), 0, LVIS_SELECTED);

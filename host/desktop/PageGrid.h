@@ -64,7 +64,11 @@ public:
     void selectAll();
     /// The page that the keyboard is at, or as many as there are pages.
     std::size_t focused() const;
+    /// The selection begins there as well.
     void setFocused(std::size_t index);
+    /// The page that Shift selects from, or as many as there are pages.
+    std::size_t selectionBegin() const;
+    void setSelectionBegin(std::size_t index);
     /// Does what the key does that leads to another page; false for any other key.
     bool go(UINT virtualKey, Going going);
     void show(std::size_t index);

@@ -72,16 +72,19 @@ void PageView::pagesChanged() {
     std::map<const FilePage*, std::size_t> places;
     for (std::size_t i = 0; i < pages.size(); ++i)
         places[pages[i].get()] = i;
+    const auto placeNow = [&](std::size_t index) -> std::optional<std::size_t> {
+        if (index < shown.size())
+            if (const auto place = places.find(shown[index].get()); place != places.end())
+                return place->second;
+        return std::nullopt;
+    };
     std::vector<std::size_t> selected;
-    const auto selectedBefore = grid.selection();
-    for (std::size_t index : selectedBefore)
-        if (const auto place = places.find(shown[index].get()); place != places.end())
-            selected.push_back(place->second);
+    for (std::size_t index : grid.selection())
+        if (const auto place = placeNow(index))
+            selected.push_back(*place);
     std::ranges::sort(selected);
-    std::size_t focus = grid.focused();
-    if (focus < shown.size())
-        if (const auto place = places.find(shown[focus].get()); place != places.end())
-            focus = place->second;
+    const std::size_t focus = placeNow(grid.focused()).value_or(grid.focused());
+    const auto selectionBegin = placeNow(grid.selectionBegin());
 
     shown = pages.pages();
     runs.assign(shown.size(), 0);
@@ -93,6 +96,8 @@ void PageView::pagesChanged() {
         grid.select(selected);
     if (!shown.empty())
         grid.setFocused(std::min(focus, shown.size() - 1));
+    if (selectionBegin)
+        grid.setSelectionBegin(*selectionBegin);
     requested = {};
     grid.Invalidate(FALSE);
 }

@@ -36,7 +36,8 @@ public:
 
     BOOL create(CWnd& parent, UINT id);
 
-    /// To be called after each change of the collection. What was selected stays so, wherever it is now.
+    /// To be called after each change of the collection. What was selected stays so, wherever it is now, and so does
+    /// where Shift selects from.
     void pagesChanged();
     void thumbnailsLoaded();
     /// To be called after a change of the language.

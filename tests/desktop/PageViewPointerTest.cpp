@@ -110,6 +110,24 @@ TEST_F(PageViewPointerTest, SelectsAllPagesBetweenTwoInTheirOrder) {
     EXPECT_EQ(view.selection(), (Indices{0, 1, 2}));
 }
 
+TEST_F(PageViewPointerTest, GoesOnSelectingFromWhereItBeganWhilePagesComeAndGo) {
+    addTwoRows();
+    user.click(middle(1)).keyDown(VK_SHIFT).key(VK_RIGHT).keyUp(VK_SHIFT);
+    ASSERT_TRUE(user.run());
+    std::vector<host::LeftOut> leftOut;
+    pages.insert(0, pages.make({folder.write(L"new.pdf", "%PDF-1.4")}, leftOut));
+    view.pagesChanged();
+    user.keyDown(VK_SHIFT).key(VK_RIGHT).keyUp(VK_SHIFT);
+    ASSERT_TRUE(user.run());
+    EXPECT_EQ(view.selection(), (Indices{2, 3, 4}));
+
+    pages.remove(view.selection());
+    view.pagesChanged();
+    user.keyDown(VK_SHIFT).key(VK_LEFT).keyUp(VK_SHIFT);
+    ASSERT_TRUE(user.run());
+    EXPECT_EQ(view.selection(), (Indices{2, 3})) << "Where it began is gone: it begins at the keyboard.";
+}
+
 TEST_F(PageViewPointerTest, GoesWithoutSelectingWhileControlIsHeld) {
     addTwoRows();
     user.click(middle(1)).keyDown(VK_CONTROL).key(VK_DOWN).keyUp(VK_CONTROL);
