@@ -224,11 +224,11 @@ void PageGrid::goTo(std::size_t index, Going going) {
     } else {
         setState(*this, static_cast<LRESULT>(index), LVIS_FOCUSED, LVIS_FOCUSED);
     }
-    if (going == Going::Extend) {
+    if (going == Going::Extend || going == Going::Add) {
         const std::size_t begin = selectionBegin();
         const auto [first, last] = std::minmax(begin < count() ? begin : index, index);
         for (std::size_t selected : selection())
-            if (selected < first || selected > last)
+            if (going == Going::Extend && (selected < first || selected > last))
                 setState(*this, static_cast<LRESULT>(selected), 0, LVIS_SELECTED);
         for (std::size_t i = first; i <= last; ++i)
             setState(*this, static_cast<LRESULT>(i), LVIS_SELECTED, LVIS_SELECTED);
@@ -255,7 +255,7 @@ LRESULT PageGrid::WindowProc(UINT message, WPARAM wParam, LPARAM lParam) {
     if (message == WM_LBUTTONDOWN && (wParam & MK_SHIFT)) {
         if (const auto index = at(CPoint(lParam))) {
             SetFocus();
-            goTo(*index, Going::Extend);
+            goTo(*index, wParam & MK_CONTROL ? Going::Add : Going::Extend);
             return 0;
         }
     }

@@ -27,7 +27,8 @@ struct InsertionPlace {
 /// What becomes of the selection on the way to another page.
 enum class Going {
     Select, ///< the page and no others
-    Extend, ///< all from where the selection began to the page
+    Extend, ///< all from where the selection began to the page, and no others
+    Add,    ///< those as well
     Leave,
 };
 

@@ -128,6 +128,14 @@ TEST_F(PageViewPointerTest, GoesOnSelectingFromWhereItBeganWhilePagesComeAndGo) 
     EXPECT_EQ(view.selection(), (Indices{2, 3})) << "Where it began is gone: it begins at the keyboard.";
 }
 
+TEST_F(PageViewPointerTest, AddsAllPagesBetweenTwoWhileControlIsHeldToo) {
+    addTwoRows();
+    user.click(middle(0)).keyDown(VK_CONTROL).click(middle(2));
+    user.keyDown(VK_SHIFT).click(middle(4)).keyUp(VK_SHIFT).keyUp(VK_CONTROL);
+    ASSERT_TRUE(user.run());
+    EXPECT_EQ(view.selection(), (Indices{0, 2, 3, 4}));
+}
+
 TEST_F(PageViewPointerTest, GoesWithoutSelectingWhileControlIsHeld) {
     addTwoRows();
     user.click(middle(1)).keyDown(VK_CONTROL).key(VK_DOWN).keyUp(VK_CONTROL);
