@@ -24,6 +24,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <exception>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -51,20 +52,39 @@ void letWindowsPaint() {
         DispatchMessageW(&message);
 }
 
+std::optional<MSG> takeMessage(HWND window, UINT first, UINT last) {
+    MSG message;
+    if (!PeekMessageW(&message, window, first, last, PM_REMOVE))
+        return std::nullopt;
+    // It comes whatever was asked for.
+    if (message.message == WM_QUIT) {
+        PostQuitMessage(static_cast<int>(message.wParam));
+        return std::nullopt;
+    }
+    return message;
+}
+
 /// What was typed and clicked into windows that did not react was not meant for what they do now.
 void dropInput() {
     constexpr std::pair<UINT, UINT> ranges[] = {
         {WM_KEYFIRST, WM_KEYLAST}, {WM_MOUSEFIRST, WM_MOUSELAST}, {WM_NCMOUSEMOVE, WM_NCXBUTTONDBLCLK}};
-    MSG message;
-    for (const auto& [first, last] : ranges) {
-        while (PeekMessageW(&message, nullptr, first, last, PM_REMOVE)) {
-            // It comes whatever was asked for.
-            if (message.message == WM_QUIT) {
-                PostQuitMessage(static_cast<int>(message.wParam));
-                return;
-            }
+    for (const auto& [first, last] : ranges)
+        while (takeMessage(nullptr, first, last)) {
         }
-    }
+}
+
+/// Whether the person wants to close the owner. Whatever else they do to it waits for the end of the export.
+bool isAskedToClose(HWND owner) {
+    bool isAsked = false;
+    while (const auto click = takeMessage(owner, WM_NCLBUTTONDOWN, WM_NCLBUTTONDOWN))
+        isAsked |= click->wParam == HTCLOSE;
+    while (takeMessage(owner, WM_CLOSE, WM_CLOSE))
+        isAsked = true;
+    MSG command;
+    if (PeekMessageW(&command, owner, WM_SYSCOMMAND, WM_SYSCOMMAND, PM_NOREMOVE) &&
+        command.message == WM_SYSCOMMAND && (command.wParam & 0xFFF0) == SC_CLOSE)
+        isAsked = takeMessage(owner, WM_SYSCOMMAND, WM_SYSCOMMAND).has_value();
+    return isAsked;
 }
 
 void log(const std::exception& error) {
@@ -158,6 +178,8 @@ private:
                 [this] { watch.stop(); });
             const OwnerGuard guard(owner, [&](bool isEnabled) { progress.standAside(!isEnabled); });
             const Running running(watch, pages, [&](std::size_t index) {
+                if (isAskedToClose(owner))
+                    owner.SendMessage(WM_CLOSE);
                 if (!watch.hasRefused())
                     last = index;
                 dialogs.forgetAnswers();

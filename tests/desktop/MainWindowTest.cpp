@@ -525,6 +525,60 @@ TEST_F(MainWindowTest, AsksBeforeItStopsAnExportToClose) {
     }
 }
 
+TEST_F(MainWindowTest, AnswersTheButtonThatClosesItBetweenTwoPages) {
+    struct Way {
+        UINT message;
+        WPARAM wParam;
+        int answer;
+    };
+    open();
+    addPages({L"a.pdf", L"b.pdf", L"c.pdf"});
+    for (const Way& way : {Way{WM_NCLBUTTONDOWN, HTCLOSE, IDNO}, Way{WM_SYSCOMMAND, SC_CLOSE, IDNO},
+                           Way{WM_CLOSE, 0, IDNO}, Way{WM_SYSCOMMAND, SC_CLOSE, IDYES}}) {
+        target.during = [&] {
+            if (target.names.size() == 1)
+                window.PostMessage(way.message, way.wParam);
+        };
+        host::DialogPilot pilot(std::chrono::seconds(20));
+        pilot.then("the question", host::anyMessageBox(), [&](HWND box) {
+            EXPECT_EQ(target.names.size(), 1);
+            return host::click(way.answer)(box);
+        });
+        std::wstring result;
+        pilot.then("the result", host::dialogWith(IDC_RESULT_TEXT), [&](HWND dialog) {
+            result = host::windowText(GetDlgItem(dialog, IDC_RESULT_TEXT));
+            return host::click(IDOK)(dialog);
+        });
+        command(host::commandExport);
+
+        EXPECT_TRUE(pilot.succeeded()) << pilot.failure();
+        EXPECT_EQ(target.names.size(), way.answer == IDNO ? 3 : 1);
+        EXPECT_TRUE(result.starts_with(way.answer == IDNO ? L"3 pages have been exported."
+                                                          : L"The export was stopped."));
+        EXPECT_EQ(IsWindow(window) != FALSE, way.answer == IDNO);
+    }
+}
+
+TEST_F(MainWindowTest, FailsAsSuchAfterANoToClosing) {
+    open();
+    addPages({L"a.pdf", L"b.pdf"});
+    target.during = [&] {
+        window.PostMessage(WM_CLOSE);
+        DeleteFileW((folder / L"b.pdf").c_str());
+    };
+    host::DialogPilot pilot(std::chrono::seconds(20));
+    pilot.then("the question", host::anyMessageBox(), host::click(IDNO));
+    std::wstring result;
+    pilot.then("the result", host::dialogWith(IDC_RESULT_TEXT), [&](HWND dialog) {
+        result = host::windowText(GetDlgItem(dialog, IDC_RESULT_TEXT));
+        return host::click(IDOK)(dialog);
+    });
+    command(host::commandExport);
+
+    EXPECT_TRUE(pilot.succeeded()) << pilot.failure();
+    EXPECT_THAT(utf8(result), Not(HasSubstr("stopped")));
+}
+
 TEST_F(MainWindowTest, OffersNothingButItsEndDuringAnExport) {
     open();
     addPages({L"a.pdf"});
