@@ -36,6 +36,14 @@ protected:
         ASSERT_EQ(onScreen(4).left, onScreen(0).left);
     }
 
+    /// Of ten rows.
+    static Names manyNames() {
+        Names many;
+        for (int i = 0; i < 40; ++i)
+            many.push_back(std::to_wstring(100 + i) + L".pdf");
+        return many;
+    }
+
     test::UserInput& dragPage(std::size_t index) {
         return user.moveTo(middle(index)).press().moveTo(leftPart(index));
     }
@@ -91,6 +99,29 @@ TEST_F(PageViewPointerTest, GoesOnWithTheNextRowAtTheEndOfOne) {
     user.key(VK_UP);
     ASSERT_TRUE(user.run());
     EXPECT_EQ(view.selection(), Indices{1});
+}
+
+TEST_F(PageViewPointerTest, GoesByAsManyRowsAsAreSeen) {
+    addPages(manyNames());
+    CRect client;
+    ::GetClientRect(list, client);
+    const auto seen = static_cast<std::size_t>(client.Height() / (onScreen(4).top - onScreen(0).top)) * 4;
+    ASSERT_GT(seen, 4U);
+    user.key(VK_HOME).key(VK_RIGHT).key(VK_NEXT);
+    ASSERT_TRUE(user.run());
+    EXPECT_EQ(view.selection(), Indices{1 + seen});
+    CRect window;
+    ::GetWindowRect(list, window);
+    EXPECT_LE(onScreen(1 + seen).bottom, window.bottom) << "It is out of sight.";
+    user.key(VK_PRIOR);
+    ASSERT_TRUE(user.run());
+    EXPECT_EQ(view.selection(), Indices{1});
+    user.key(VK_PRIOR);
+    ASSERT_TRUE(user.run());
+    EXPECT_EQ(view.selection(), Indices{0});
+    user.key(VK_END).key(VK_NEXT);
+    ASSERT_TRUE(user.run());
+    EXPECT_EQ(view.selection(), Indices{39});
 }
 
 TEST_F(PageViewPointerTest, SelectsAllPagesBetweenTwoInTheirOrder) {
@@ -224,10 +255,7 @@ TEST_F(PageViewPointerTest, RefusesWhatIsNoFile) {
 }
 
 TEST_F(PageViewPointerTest, ScrollsWhileSomethingIsDraggedNearItsEdges) {
-    Names many;
-    for (int i = 0; i < 40; ++i)
-        many.push_back(std::to_wstring(100 + i) + L".pdf");
-    addPages(many);
+    addPages(manyNames());
     const LONG top = onScreen(0).top;
     dragFiles({L"C:\\x.tif"})
         .moveTo(middle(0))
