@@ -168,10 +168,18 @@ void PagePainter::paintStrip(HDC dc, const CRect& cellRect, const PageCell& page
          {cellRect.left + (page.beginsRun ? margin : 0), bottom - scaled(RUN_LINE),
           cellRect.right - (page.endsRun ? margin : 0), bottom},
          runColour(page.run));
-    SetTextColor(dc, page.beginsRun ? GetSysColor(COLOR_WINDOWTEXT) : shade(COLOR_WINDOWTEXT, 65));
-    drawLine(dc, page.folderName,
-             {cellRect.left + margin, cellRect.top, cellRect.right - margin, cellRect.top + lineHeight},
+}
+
+void PagePainter::paintFolder(HDC dc, const CRect& first, const CRect& last, const std::wstring& name,
+                              bool beginsRun) const {
+    const int margin = scaled(GAP) / 2;
+    const int state = SaveDC(dc);
+    SelectObject(dc, font.get());
+    SetBkMode(dc, TRANSPARENT);
+    SetTextColor(dc, beginsRun ? GetSysColor(COLOR_WINDOWTEXT) : shade(COLOR_WINDOWTEXT, 65));
+    drawLine(dc, name, {first.left + margin, first.top, last.right - margin, first.top + lineHeight},
              DT_LEFT);
+    RestoreDC(dc, state);
 }
 
 void PagePainter::paintSelection(HDC dc, const CRect& around, const PageCell& page) const {

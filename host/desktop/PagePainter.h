@@ -17,7 +17,6 @@ namespace host {
 struct PageCell {
     std::size_t number = 0; ///< as people count
     std::wstring name;
-    std::wstring folderName;              ///< empty where the strip above the page shows no name
     std::size_t run = 0;                  ///< which run of pages of one folder; neighbours differ in colour
     bool beginsRun = false;               ///< nothing before it belongs to the run
     bool endsRun = false;                 ///< nor after it
@@ -42,6 +41,10 @@ public:
     CRect iconIn(const CRect& cell) const;
 
     void paint(HDC dc, const CRect& cell, const PageCell& page) const;
+    /// The name of a run's folder, in the strips of those of its cells that are in one row.
+    /// @param beginsRun  false in the rows in which the run only goes on, where the name is paler
+    void paintFolder(HDC dc, const CRect& first, const CRect& last, const std::wstring& name,
+                     bool beginsRun) const;
 
     /// The bar that shows where pages will be inserted: before the cell or after it.
     CRect insertionMark(const CRect& cell, bool after) const;

@@ -263,6 +263,7 @@ LRESULT PageView::draw(const NMLVCUSTOMDRAW& drawing) {
         drawPage(drawing.nmcd.hdc, drawing.nmcd.dwItemSpec);
         return CDRF_SKIPDEFAULT;
     case CDDS_POSTPAINT:
+        drawFolders(drawing.nmcd.hdc);
         drawMark(drawing.nmcd.hdc);
         return CDRF_DODEFAULT;
     }
@@ -278,10 +279,8 @@ void PageView::drawPage(HDC dc, std::size_t index) {
     cell.number = index + 1;
     cell.name = page.fileName();
     cell.run = runs[index];
-    cell.beginsRun = index == 0 || runs[index - 1] != runs[index];
-    cell.endsRun = index + 1 == shown.size() || runs[index + 1] != runs[index];
-    if (cell.beginsRun || grid.beginsRow(index))
-        cell.folderName = page.parentFolder().getFolderName();
+    cell.beginsRun = beginsRun(index);
+    cell.endsRun = index + 1 == shown.size() || beginsRun(index + 1);
     cell.thumbnail = thumbnail.get();
     const auto state =
         static_cast<UINT>(grid.SendMessage(LVM_GETITEMSTATE, index, LVIS_SELECTED | LVIS_FOCUSED));
@@ -289,6 +288,17 @@ void PageView::drawPage(HDC dc, std::size_t index) {
     cell.selected = state & LVIS_SELECTED;
     cell.focused = (state & LVIS_FOCUSED) && cell.viewIsActive;
     painter->paint(dc, grid.cell(index), cell);
+}
+
+void PageView::drawFolders(HDC dc) {
+    const auto [begin, end] = grid.visible();
+    for (std::size_t first = begin, next = begin; first < end; first = next) {
+        do
+            ++next;
+        while (next < end && !beginsRun(next) && !grid.beginsRow(next));
+        painter->paintFolder(dc, grid.cell(first), grid.cell(next - 1),
+                             shown[first]->parentFolder().getFolderName(), beginsRun(first));
+    }
 }
 
 void PageView::drawMark(HDC dc) {
@@ -345,6 +355,10 @@ std::wstring PageView::itemText(std::size_t index) const {
         return localText("ScanHost.Pages", "PageItem", {{L"number", number}, {L"name", page.fileName()}});
     return localText("ScanHost.Pages", "PageItemInFolder",
                      {{L"number", number}, {L"name", page.fileName()}, {L"folder", folder}});
+}
+
+bool PageView::beginsRun(std::size_t index) const {
+    return index == 0 || runs[index - 1] != runs[index];
 }
 
 bool PageView::sameFolder(std::size_t index, std::size_t other) const {

@@ -90,12 +90,14 @@ private:
 
     LRESULT draw(const NMLVCUSTOMDRAW& drawing);
     void drawPage(HDC dc, std::size_t index);
+    void drawFolders(HDC dc);
     void drawMark(HDC dc);
     bool pressed(UINT virtualKey);
     void tell(NMLVDISPINFOW& item) const;
     void tellPath(NMLVGETINFOTIPW& tip) const;
     LRESULT find(const NMLVFINDITEMW& wanted) const;
     std::wstring itemText(std::size_t index) const;
+    bool beginsRun(std::size_t index) const;
     bool sameFolder(std::size_t index, std::size_t other) const;
 
     void measure();

@@ -20,7 +20,6 @@ PageCell somePage() {
     PageCell page;
     page.number = 12;
     page.name = L"a page with a name that is far too long for any cell of the view.tif";
-    page.folderName = L"a folder with a name that is far too long for any cell of the view";
     return page;
 }
 
@@ -43,6 +42,19 @@ TEST_P(PagePainterTest, StaysInsideTheCell) {
     EXPECT_TRUE(canvas.holds(CRect(0, cell.bottom, canvas.size.cx, canvas.size.cy), Canvas::ground));
     EXPECT_TRUE(canvas.holds(CRect(0, 0, AROUND, canvas.size.cy), Canvas::ground));
     EXPECT_TRUE(canvas.holds(CRect(cell.right, 0, canvas.size.cx, canvas.size.cy), Canvas::ground));
+}
+
+TEST_P(PagePainterTest, WritesTheFolderOverAllItsCellsOfARowButNoOthers) {
+    Canvas canvas({4 * size.cx, size.cy});
+    const auto cell = [this](int index) { return CRect(index * size.cx, 0, (index + 1) * size.cx, size.cy); };
+    painter.paintFolder(canvas.dc, cell(1), cell(2),
+                        L"a folder with a name that is far too long for two cells, as few folders have one, "
+                        L"but those of other people",
+                        true);
+    EXPECT_TRUE(canvas.holds(cell(0), Canvas::ground));
+    EXPECT_FALSE(canvas.holds(cell(1), Canvas::ground));
+    EXPECT_FALSE(canvas.holds(cell(2), Canvas::ground));
+    EXPECT_TRUE(canvas.holds(cell(3), Canvas::ground));
 }
 
 TEST_P(PagePainterTest, JoinsThePagesOfARunWithALine) {

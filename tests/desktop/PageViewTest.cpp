@@ -1,3 +1,4 @@
+#include "desktop/Canvas.h"
 #include "desktop/PageViewFixture.h"
 
 #include <gmock/gmock.h>
@@ -24,12 +25,17 @@ protected:
         view.pagesChanged();
     }
 
-    /// Has the list drawn into nowhere.
-    void draw() {
-        HDC dc = CreateCompatibleDC(nullptr);
-        ::SendMessageW(list, WM_PRINTCLIENT, reinterpret_cast<WPARAM>(dc), PRF_CLIENT);
-        DeleteDC(dc);
+    void draw() { ::SendMessageW(list, WM_PRINTCLIENT, reinterpret_cast<WPARAM>(canvas.dc), PRF_CLIENT); }
+
+    /// Whether there is a text at the top of a page's strip.
+    bool isTextOver(std::size_t index) const {
+        CRect top = onScreen(index);
+        ::MapWindowPoints(nullptr, list, reinterpret_cast<POINT*>(&top), 2);
+        top.bottom = top.top + 8;
+        return !canvas.holds(top, GetSysColor(COLOR_WINDOW));
     }
+
+    test::Canvas canvas{{800, 560}};
 };
 
 TEST_F(PageViewTest, TellsScreenReadersNumberNameAndFolderOfAPage) {
@@ -141,6 +147,13 @@ TEST_F(PageViewTest, AsksForAMenuAtThePageOfTheKeyboard) {
     view.whenMenuWanted = [&place](CPoint screen) { place = screen; };
     ::SendMessageW(list, WM_CONTEXTMENU, reinterpret_cast<WPARAM>(list), -1);
     EXPECT_TRUE(onScreen(1).PtInRect(place));
+}
+
+TEST_F(PageViewTest, WritesALongNameOfAFolderOverItsNextPage) {
+    addPages({L"a.pdf", L"b.pdf"}, L"contracts, invoices and delivery notes");
+    draw();
+    EXPECT_TRUE(isTextOver(0));
+    EXPECT_TRUE(isTextOver(1));
 }
 
 TEST_F(PageViewTest, AsksForThePagesThatAreSeenTheFirstBeforeOthers) {
