@@ -55,6 +55,15 @@ COLORREF shade(int systemColour, int percent) {
     return isPlain() ? full : blend(full, GetSysColor(COLOR_WINDOW), percent);
 }
 
+int selectionColour(const PageCell& page) {
+    return page.viewIsActive || isPlain() ? COLOR_HIGHLIGHT : COLOR_GRAYTEXT;
+}
+
+/// What the page lies on.
+COLORREF groundOf(const PageCell& page) {
+    return page.selected ? shade(selectionColour(page), 28) : GetSysColor(COLOR_WINDOW);
+}
+
 COLORREF runColour(std::size_t run) {
     constexpr std::array COLOURS{RGB(46, 117, 182), RGB(67, 140, 80), RGB(196, 118, 30), RGB(128, 90, 166)};
     return isHighContrast() ? GetSysColor(COLOR_WINDOWTEXT) : COLOURS[run % COLOURS.size()];
@@ -183,10 +192,8 @@ void PagePainter::paintFolder(HDC dc, const CRect& first, const CRect& last, con
 }
 
 void PagePainter::paintSelection(HDC dc, const CRect& around, const PageCell& page) const {
-    if (page.selected) {
-        const int colour = page.viewIsActive || isPlain() ? COLOR_HIGHLIGHT : COLOR_GRAYTEXT;
-        fillRounded(dc, around, shade(colour, 28), shade(colour, 75), scaled(6));
-    }
+    if (page.selected)
+        fillRounded(dc, around, groundOf(page), shade(selectionColour(page), 75), scaled(6));
     if (page.focused) {
         CRect inside(around.left + scaled(2), around.top + scaled(2), around.right - scaled(2),
                      around.bottom - scaled(2));
@@ -208,10 +215,10 @@ void PagePainter::paintPage(HDC dc, const CRect& square, const PageCell& page) c
     if (page.thumbnail && page.thumbnail->frames > 1) {
         CRect behind = sheet;
         behind.OffsetRect(scaled(4), -scaled(4));
-        paintSheet(dc, behind);
+        paintSheet(dc, behind, groundOf(page));
     }
     if (isSheet)
-        paintSheet(dc, sheet);
+        paintSheet(dc, sheet, groundOf(page));
     if (!page.thumbnail)
         return;
     drawThumbnail(dc, sheet, *page.thumbnail);
@@ -221,10 +228,8 @@ void PagePainter::paintPage(HDC dc, const CRect& square, const PageCell& page) c
         paintFrameCount(dc, sheet, page.thumbnail->frames);
 }
 
-void PagePainter::paintSheet(HDC dc, const CRect& sheet) const {
+void PagePainter::paintSheet(HDC dc, const CRect& sheet, COLORREF ground) const {
     if (!isPlain()) {
-        // Drawn over the page's ground, which may be a selection.
-        const COLORREF ground = GetPixel(dc, sheet.left - 1, sheet.bottom + scaled(1));
         for (const auto& [distance, strength] : {std::pair(2, 10), std::pair(1, 24)}) {
             CRect shadow = sheet;
             shadow.OffsetRect(scaled(distance), scaled(distance));

@@ -58,7 +58,7 @@ private:
     void paintStrip(HDC dc, const CRect& cell, const PageCell& page) const;
     void paintSelection(HDC dc, const CRect& around, const PageCell& page) const;
     void paintPage(HDC dc, const CRect& square, const PageCell& page) const;
-    void paintSheet(HDC dc, const CRect& sheet) const;
+    void paintSheet(HDC dc, const CRect& sheet, COLORREF ground) const;
     void paintFrameCount(HDC dc, const CRect& sheet, unsigned frames) const;
     void paintTexts(HDC dc, const CRect& cell, const PageCell& page) const;
 

@@ -100,6 +100,23 @@ TEST_P(PagePainterTest, TellsASelectionInAnActiveViewFromOthers) {
     EXPECT_NE(groundOf(painter, true, false), groundOf(painter, true, true));
 }
 
+TEST_P(PagePainterTest, PaintsAPartAsItPaintsTheWhole) {
+    const CRect cell(0, 0, size.cx, size.cy);
+    PageCell page = somePage();
+    page.selected = true;
+    Canvas whole(size);
+    painter.paint(whole.dc, cell, page);
+    Canvas upper(size);
+    const int middle = size.cy / 2;
+    IntersectClipRect(upper.dc, 0, 0, size.cx, middle);
+    painter.paint(upper.dc, cell, page);
+    int different = 0;
+    for (int y = 0; y < middle; ++y)
+        for (int x = 0; x < size.cx; ++x)
+            different += whole.at(x, y) != upper.at(x, y);
+    EXPECT_EQ(different, 0);
+}
+
 constexpr COLORREF PURPLE = RGB(128, 0, 128);
 
 DWORD WINAPI darkColour(int index) {
