@@ -15,7 +15,6 @@
 #include <cstdio>
 #include <iostream>
 #include <map>
-#include <ranges>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -55,8 +54,7 @@ void send(WORD key, DWORD flags) {
 void press(const std::vector<WORD>& keys) {
     for (const WORD key : keys)
         send(key, 0);
-    for (const WORD key : std::views::reverse(keys))
-        send(key, KEYEVENTF_KEYUP);
+    std::for_each(keys.rbegin(), keys.rend(), [](WORD key) { send(key, KEYEVENTF_KEYUP); });
 }
 
 void type(const std::wstring& text) {
