@@ -33,18 +33,6 @@ void PageAdder::add(std::vector<std::wstring> filesAndFolders, std::size_t posit
     timer.startCalls();
 }
 
-std::size_t PageAdder::waiting() const noexcept {
-    std::size_t count = 0;
-    for (const Job& job : jobs)
-        count += job.paths.size() + job.files.size();
-    return count;
-}
-
-void PageAdder::stop() {
-    jobs.clear();
-    finish();
-}
-
 void PageAdder::addSome() {
     using Clock = std::chrono::steady_clock;
     const auto end = Clock::now() + slice;
@@ -61,8 +49,10 @@ void PageAdder::addSome() {
         whenAdded(added);
         nextShow = Clock::now() + betweenShows;
     }
-    if (jobs.empty())
-        finish();
+    if (jobs.empty()) {
+        timer.stopCalls();
+        whenDone(std::exchange(leftOut, {}));
+    }
 }
 
 /// Returns false when nothing is left to be made.
@@ -113,13 +103,6 @@ std::size_t PageAdder::currentPosition(const Job& job) const {
     const auto found = std::ranges::find(pages.pages(), job.before);
     return found == pages.pages().end() ? std::min(job.position, pages.size())
                                         : static_cast<std::size_t>(found - pages.pages().begin());
-}
-
-void PageAdder::finish() {
-    if (!timer.isCalling())
-        return;
-    timer.stopCalls();
-    whenDone(std::exchange(leftOut, {}));
 }
 
 } // namespace host

@@ -20,7 +20,7 @@ namespace host {
 /// The collection may be changed meanwhile. What is being added goes before the page that stood at its position, and
 /// once that one is gone, to where it was last.
 ///
-/// Thread: the user-interface thread. The callbacks come from its message loop or from stop().
+/// Thread: the user-interface thread. The callbacks come from its message loop.
 class PageAdder {
 public:
     /// @param pages      not owned; outlives the adder
@@ -37,11 +37,6 @@ public:
     void add(std::vector<std::wstring> filesAndFolders, std::size_t position);
 
     bool isAdding() const noexcept { return timer.isCalling(); }
-    /// How many files wait, where a folder that has not been looked into counts as one.
-    std::size_t waiting() const noexcept;
-
-    /// Forgets what waits, and if anything was being added, calls whenDone.
-    void stop();
 
 private:
     /// What one call of add() asked for.
@@ -58,7 +53,6 @@ private:
     void openNextPath(Job& job);
     std::size_t insertMade(Job& job);
     std::size_t currentPosition(const Job& job) const;
-    void finish();
 
     PageCollection& pages;
     std::function<void(std::size_t)> whenAdded;

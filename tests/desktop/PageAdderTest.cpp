@@ -60,10 +60,8 @@ TEST_F(PageAdderTest, AddsFilesOfAnyTypeAndThePagesOfFolders) {
     adder.add({file(L"b.xyz"), folder / L"batch", file(L"a.tif")}, 0);
     EXPECT_EQ(pages.size(), 0U) << "added before the message loop came";
     EXPECT_TRUE(adder.isAdding());
-    EXPECT_EQ(adder.waiting(), 3U);
     finish();
     EXPECT_THAT(paths(), ElementsAre(L"b.xyz", L"batch\\page 2.pdf", L"batch\\page 10.tif", L"a.tif"));
-    EXPECT_EQ(adder.waiting(), 0U);
     EXPECT_EQ(done, 1);
     EXPECT_THAT(leftOut, IsEmpty());
 }
@@ -150,26 +148,6 @@ TEST_F(PageAdderTest, GoesOnInTheMessageLoopOfADialog) {
     closing.startCalls();
     MessageBoxW(nullptr, L"text", L"title", MB_OK);
     EXPECT_THAT(paths(), ElementsAre(L"a"));
-}
-
-TEST_F(PageAdderTest, StopsAndKeepsWhatItHasAdded) {
-    std::vector<std::wstring> files(3000, file(L"a"));
-    files.insert(files.begin(), folder / L"missing");
-    adder.add(files, 0);
-    ASSERT_TRUE(test::handleMessagesUntil([this] { return !additions.empty(); }));
-    ASSERT_TRUE(adder.isAdding());
-    const std::size_t sizeWhenStopped = pages.size();
-
-    adder.stop();
-
-    EXPECT_FALSE(adder.isAdding());
-    EXPECT_EQ(done, 1);
-    EXPECT_EQ(leftOut.size(), 1U);
-    adder.add({file(L"b")}, 0);
-    finish();
-    EXPECT_EQ(pages.size(), sizeWhenStopped + 1) << "something came after the stop";
-    adder.stop();
-    EXPECT_EQ(done, 2) << "told of an end of nothing";
 }
 
 TEST_F(PageAdderTest, MayBeGivenMoreWhenItIsDone) {
