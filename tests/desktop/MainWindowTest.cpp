@@ -168,6 +168,20 @@ protected:
         return rect;
     }
 
+    /// Exports, answers the question that comes meanwhile, and returns what the last window says.
+    std::wstring exportAnswering(int answer) {
+        std::wstring result;
+        host::DialogPilot pilot(std::chrono::seconds(20));
+        pilot.then("the question", host::anyMessageBox(), host::click(answer));
+        pilot.then("the result", host::dialogWith(IDC_RESULT_TEXT), [&result](HWND dialog) {
+            result = host::windowText(GetDlgItem(dialog, IDC_RESULT_TEXT));
+            return host::click(IDOK)(dialog);
+        });
+        command(host::commandExport);
+        EXPECT_TRUE(pilot.succeeded()) << pilot.failure();
+        return result;
+    }
+
     HWND child(const wchar_t* className) const { return FindWindowExW(window, nullptr, className, nullptr); }
 
     HWND list() const {
@@ -539,19 +553,8 @@ TEST_F(MainWindowTest, AnswersTheButtonThatClosesItBetweenTwoPages) {
             if (target.names.size() == 1)
                 window.PostMessage(way.message, way.wParam);
         };
-        host::DialogPilot pilot(std::chrono::seconds(20));
-        pilot.then("the question", host::anyMessageBox(), [&](HWND box) {
-            EXPECT_EQ(target.names.size(), 1);
-            return host::click(way.answer)(box);
-        });
-        std::wstring result;
-        pilot.then("the result", host::dialogWith(IDC_RESULT_TEXT), [&](HWND dialog) {
-            result = host::windowText(GetDlgItem(dialog, IDC_RESULT_TEXT));
-            return host::click(IDOK)(dialog);
-        });
-        command(host::commandExport);
+        const std::wstring result = exportAnswering(way.answer);
 
-        EXPECT_TRUE(pilot.succeeded()) << pilot.failure();
         EXPECT_EQ(target.names.size(), way.answer == IDNO ? 3 : 1);
         EXPECT_TRUE(result.starts_with(way.answer == IDNO ? L"3 pages have been exported."
                                                           : L"The export was stopped."));
@@ -566,17 +569,7 @@ TEST_F(MainWindowTest, FailsAsSuchAfterANoToClosing) {
         window.PostMessage(WM_CLOSE);
         DeleteFileW((folder / L"b.pdf").c_str());
     };
-    host::DialogPilot pilot(std::chrono::seconds(20));
-    pilot.then("the question", host::anyMessageBox(), host::click(IDNO));
-    std::wstring result;
-    pilot.then("the result", host::dialogWith(IDC_RESULT_TEXT), [&](HWND dialog) {
-        result = host::windowText(GetDlgItem(dialog, IDC_RESULT_TEXT));
-        return host::click(IDOK)(dialog);
-    });
-    command(host::commandExport);
-
-    EXPECT_TRUE(pilot.succeeded()) << pilot.failure();
-    EXPECT_THAT(utf8(result), Not(HasSubstr("stopped")));
+    EXPECT_THAT(utf8(exportAnswering(IDNO)), Not(HasSubstr("stopped")));
 }
 
 TEST_F(MainWindowTest, OffersNothingButItsEndDuringAnExport) {
